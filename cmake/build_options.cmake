@@ -1,0 +1,38 @@
+# Every target of ours links corvane_build_options: one language level, one set of warnings.
+# The presets turn warnings into errors; a distributor's plain build doesn't.
+
+option(CORVANE_SANITIZE "Build with the address and undefined behaviour sanitizers" OFF)
+
+add_library(corvane_build_options INTERFACE)
+target_compile_features(corvane_build_options INTERFACE cxx_std_20)
+target_compile_options(corvane_build_options INTERFACE
+    -Wall -Wextra -Wpedantic
+    -Wshadow              # a hidden member or parameter reads like the other one
+    -Wconversion          # a narrowing that is meant is written as a cast
+    -Wsign-conversion
+    -Wold-style-cast
+    -Wnon-virtual-dtor
+    -Woverloaded-virtual
+    -Wnull-dereference
+    -Wdouble-promotion
+    -Wformat=2
+    -Wimplicit-fallthrough
+    -Wundef)
+
+if(CORVANE_SANITIZE)
+    target_compile_options(corvane_build_options INTERFACE
+        -fsanitize=address,undefined
+        -fno-sanitize-recover=all   # an undefined behaviour ends the test, not just a line of log
+        -fno-omit-frame-pointer)
+    target_link_options(corvane_build_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+# For everything that uses Qt.
+add_library(corvane_qt_options INTERFACE)
+target_link_libraries(corvane_qt_options INTERFACE corvane_build_options)
+target_compile_definitions(corvane_qt_options INTERFACE
+    QT_NO_CAST_FROM_ASCII
+    QT_NO_CAST_TO_ASCII
+    QT_NO_CAST_FROM_BYTEARRAY
+    QT_NO_URL_CAST_FROM_STRING
+    QT_DISABLE_DEPRECATED_BEFORE=0x060400)

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QString>
+
+namespace core {
+
+/// A file's size for the table, right-aligned in 14 characters, in KB or MB. Empty (no cell) if
+/// there is nothing to show. `bytes` is taken modulo 2^32 as a signed number: nothing is shown for
+/// a file of 2 to 4 GiB.
+QString sizeText(qint64 bytes);
+
+} // namespace core

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "ui_opdialog.h"
+
+#include <QVariant>
+
+#include <span>
+#include <variant>
+
+/// Which control of the options dialog holds which key of the settings file, and how a control's
+/// value becomes the text stored there and back.
+namespace optioncontrols {
+
+using Form = Ui_OpDialog;
+
+/// A page of the dialog, and the row of its item in the list, whose check mark switches it on.
+enum class Page { image, fonts, security, description };
+
+/// A field that is shown without blanks, and never empty.
+struct Resolution
+{
+    QLineEdit *Form::*edit;
+};
+
+using Control =
+    std::variant<Page, QComboBox * Form::*, Resolution, QCheckBox * Form::*, QLineEdit * Form::*>;
+
+struct Option
+{
+    QLatin1String key;
+    Control control;
+};
+
+/// Every option, in the order in which they are loaded. They are written in the order of
+/// core::settingsKeys().
+std::span<const Option> options();
+
+QListWidgetItem *itemOf(const Form &ui, Page page);
+
+/// True if the page's item is checked.
+bool isOn(const Form &ui, Page page);
+
+/// The control's value as it is stored.
+QString toStored(const Form &ui, const Control &control);
+
+/// Puts a stored value into the control. One that the control can't show gives way to the default.
+void fromStored(const Form &ui, const Control &control, const QVariant &stored,
+                QLatin1String byDefault);
+
+} // namespace optioncontrols

@@ -1,0 +1,149 @@
+#include "child.h"
+
+#include "channels.h"
+#include "failure.h"
+#include "platform.h"
+#include "relay.h"
+#include "signals.h"
+#include "stallwatch.h"
+
+#include <array>
+#include <csignal>
+#include <fcntl.h>
+#include <limits>
+#include <poll.h>
+#include <sys/wait.h>
+
+namespace engine {
+
+namespace {
+
+constexpr int tick = 1000; // ms between two looks at the processor time
+constexpr std::size_t reportRoom = 4096;
+
+// In two steps, because one channel's number may be another one's descriptor. The child has nothing
+// else open: no rule keeps it from what it has inherited.
+void placeChannels(std::vector<std::pair<int, int>> channels)
+{
+    for (auto &[channel, descriptor] : channels)
+        descriptor = fcntl(descriptor, F_DUPFD_CLOEXEC, firstFreeChannel);
+    platform::closeRange(STDERR_FILENO + 1, firstFreeChannel - 1);
+    for (const auto &[channel, descriptor] : channels)
+        dup2(descriptor, channel);
+    platform::closeRange(firstFreeChannel, std::numeric_limits<int>::max());
+    fcntl(programChannel, F_SETFD, FD_CLOEXEC);
+}
+
+struct Lines
+{
+    Relay output = Relay::to(STDOUT_FILENO);
+    Relay errors = Relay::to(STDERR_FILENO);
+    Relay report = Relay::keeping(reportRoom);
+
+    std::array<Relay *, 3> all() { return {&output, &errors, &report}; }
+};
+
+// Not to be left by an exception: what it would clean up on its way belongs to the parent.
+[[noreturn]] void becomeChild(const Work &work, const Lines &lines, pid_t parent) noexcept
+{
+    platform::leashTo(parent);
+    setpgid(0, 0);
+    signals::restoreAll();
+    const Descriptor nothing(open("/dev/null", O_RDONLY | O_CLOEXEC));
+    auto channels = work.channels;
+    channels.emplace_back(STDIN_FILENO, nothing.get());
+    channels.emplace_back(STDOUT_FILENO, lines.output.writeEnd());
+    channels.emplace_back(STDERR_FILENO, lines.errors.writeEnd());
+    channels.emplace_back(reportChannel, lines.report.writeEnd());
+    placeChannels(channels);
+    _exit(work.body());
+}
+
+// The group as well: without confinement, the child may have children.
+void endChild(pid_t child)
+{
+    kill(child, SIGKILL);
+    kill(-child, SIGKILL);
+}
+
+bool hasEnded(pid_t child, int &status)
+{
+    const pid_t ended = waitpid(child, &status, WNOHANG);
+    return ended == child || (ended < 0 && errno != EINTR);
+}
+
+void listen(Lines &lines)
+{
+    std::array<pollfd, 4> ready = {};
+    for (std::size_t index = 0; Relay * relay : lines.all())
+        ready[index++] = {relay->readEnd(), POLLIN, 0};
+    ready.back() = {signals::wakeDescriptor(), POLLIN, 0};
+    poll(ready.data(), ready.size(), tick);
+    signals::clearWake();
+    for (Relay *relay : lines.all())
+        relay->takeAll();
+}
+
+class Watch
+{
+public:
+    Watch(pid_t child, const Work &work, const Limits &limits)
+        : m_child(child)
+        , m_work(work)
+        , m_stall(limits.stall)
+    {
+    }
+
+    // Ends the child where it has to be ended, and says so in the ending.
+    void look(Ending &ending)
+    {
+        ending.interrupted = signals::endRequest() != 0;
+        const auto now = std::chrono::steady_clock::now();
+        if (now >= m_nextLook) {
+            m_nextLook = now + std::chrono::milliseconds(tick);
+            const auto burnt = platform::processorTimeOf(m_child);
+            ending.stalled = burnt && m_stall.isStalled(*burnt, m_work.written());
+        }
+        if (ending.interrupted || ending.stalled)
+            endChild(m_child);
+    }
+
+private:
+    pid_t m_child;
+    const Work &m_work;
+    StallWatch m_stall;
+    std::chrono::steady_clock::time_point m_nextLook = std::chrono::steady_clock::now();
+};
+
+} // namespace
+
+Ending carryOut(const Work &work, const Limits &limits)
+{
+    Lines lines;
+    const pid_t parent = getpid();
+    const pid_t child = fork();
+    if (child < 0)
+        throw Failure::ofSystem("no process for the engine");
+    if (child == 0)
+        becomeChild(work, lines, parent);
+    for (Relay *relay : lines.all())
+        relay->closeWriteEnd();
+
+    Ending ending;
+    int status = 0;
+    Watch watch(child, work, limits);
+    while (!hasEnded(child, status)) {
+        listen(lines);
+        if (!ending.stalled)
+            watch.look(ending);
+    }
+    kill(-child, SIGKILL); // whom it left behind
+    for (Relay *relay : lines.all())
+        relay->takeAll();
+    ending.signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+    ending.status = ending.signal != 0 ? 128 + ending.signal : WEXITSTATUS(status);
+    ending.report = lines.report.kept();
+    return ending;
+}
+
+} // namespace engine

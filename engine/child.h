@@ -1,0 +1,39 @@
+#pragma once
+
+#include "limits.h"
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace engine {
+
+/// A piece of work in a process of its own.
+struct Work
+{
+    /// What the child finds open: channel, and our descriptor for it. reportChannel is added.
+    std::vector<std::pair<int, int>> channels;
+
+    /// Runs in the child, which ends with the returned exit status.
+    std::function<int()> body;
+
+    /// The bytes that the child has written so far.
+    std::function<std::uintmax_t()> written;
+};
+
+struct Ending
+{
+    int signal = 0;           ///< that ended it; 0: none did
+    int status = 0;           ///< exit status; 128 and the signal's number if one ended it
+    bool stalled = false;     ///< it was ended for burning time
+    bool interrupted = false; ///< it was ended because corvgs was asked to end
+    std::string report;       ///< what it wrote to reportChannel
+};
+
+/// Carries the work out and waits. The child and its children do not outlive the call, nor corvgs.
+/// What the child says goes to our standard output and standard error; it has nothing to read.
+Ending carryOut(const Work &work, const Limits &limits);
+
+} // namespace engine

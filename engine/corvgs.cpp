@@ -1,0 +1,11 @@
+// The PDF engine beside the program: runs Ghostscript so that whatever file it is given, only the
+// copy can change.
+
+#include "commandline.h"
+#include "ghostscript.h"
+
+int main(int argc, char *argv[])
+{
+    const engine::Settings settings = {engine::findGhostscript(CORVANE_GHOSTSCRIPT), {}};
+    return engine::runCommandLine(argc, argv, settings);
+}

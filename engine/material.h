@@ -1,0 +1,13 @@
+#pragma once
+
+namespace engine {
+
+/// The open files of one run; -1 is none.
+struct Material
+{
+    int document;
+    int mark;
+    int draft;
+};
+
+} // namespace engine

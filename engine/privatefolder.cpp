@@ -1,0 +1,137 @@
+#include "privatefolder.h"
+
+#include "draft.h"
+#include "failure.h"
+
+#include <cstdlib>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+
+namespace engine {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// Links to the file to remember. It lies outside the engine's reach: what it names is removed.
+constexpr const char *memory = "draft";
+
+std::string prefix()
+{
+    return "corvgs-" + std::to_string(geteuid()) + "-";
+}
+
+fs::path temporaryFolder()
+{
+    const char *folder = std::getenv("TMPDIR");
+    if (folder && *folder == '/' && access(folder, W_OK | X_OK) == 0)
+        return folder;
+    return "/tmp";
+}
+
+// The owner of a folder holds the lock as long as it lives. None if somebody else does, or if this
+// is not a folder of ours.
+Descriptor locked(const fs::path &folder)
+{
+    Descriptor lock(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    struct stat entry = {};
+    if (!lock || fstat(lock.get(), &entry) != 0 || entry.st_uid != geteuid() ||
+        flock(lock.get(), LOCK_EX | LOCK_NB) != 0)
+        return {};
+    return lock;
+}
+
+void removeFolder(const fs::path &folder)
+{
+    std::error_code ignored;
+    const fs::path draft = fs::read_symlink(folder / memory, ignored);
+    if (!draft.empty() && isDraftName(draft.filename()) &&
+        fs::is_regular_file(fs::symlink_status(draft, ignored)))
+        fs::remove(draft, ignored);
+    fs::remove_all(folder, ignored);
+}
+
+void removeLeftovers(const fs::path &folder)
+{
+    std::error_code ignored;
+    for (const fs::directory_entry &entry : fs::directory_iterator(folder, ignored)) {
+        if (!entry.path().filename().string().starts_with(prefix()))
+            continue;
+        if (const Descriptor lock = locked(entry.path()))
+            removeFolder(entry.path());
+    }
+}
+
+fs::path makeFolder(const fs::path &parent)
+{
+    std::string name = parent / (prefix() + "XXXXXX");
+    if (!mkdtemp(name.data()))
+        throw Failure::ofSystem("no temporary folder in " + parent.string());
+    return name;
+}
+
+bool isSame(int file, const fs::path &path)
+{
+    struct stat open = {};
+    struct stat named = {};
+    return fstat(file, &open) == 0 && lstat(path.c_str(), &named) == 0 &&
+           open.st_ino == named.st_ino && open.st_dev == named.st_dev;
+}
+
+} // namespace
+
+PrivateFolder::PrivateFolder()
+{
+    const fs::path parent = temporaryFolder();
+    removeLeftovers(parent);
+    // Another run that clears up may take the new folder for a leftover before the lock is on.
+    // Where it can't be locked for another reason, say for want of descriptors, it never will be.
+    int attempts = 20;
+    do {
+        if (attempts-- == 0)
+            throw Failure("no temporary folder in " + parent.string());
+        m_path = makeFolder(parent);
+        m_lock = locked(m_path);
+        std::error_code ignored;
+        if (!m_lock)
+            fs::remove(m_path, ignored);
+    } while (!m_lock || !isSame(m_lock.get(), m_path));
+    if (mkdir(workFolder().c_str(), 0700) != 0) {
+        const Failure failure = Failure::ofSystem("no temporary folder in " + parent.string());
+        removeFolder(m_path);
+        throw failure;
+    }
+}
+
+PrivateFolder::~PrivateFolder()
+{
+    removeFolder(m_path);
+}
+
+std::uintmax_t PrivateFolder::workSize() const
+{
+    std::uintmax_t size = 0;
+    std::error_code ignored;
+    for (const fs::directory_entry &file : fs::directory_iterator(workFolder(), ignored)) {
+        const std::uintmax_t fileSize = file.file_size(ignored);
+        size += ignored ? 0 : fileSize;
+    }
+    return size;
+}
+
+void PrivateFolder::remember(const fs::path &file) const
+{
+    std::error_code error;
+    fs::create_symlink(file, m_path / memory, error);
+    if (error)
+        throw Failure("no temporary file: " + error.message());
+}
+
+void PrivateFolder::forget() const
+{
+    std::error_code ignored;
+    fs::remove(m_path / memory, ignored);
+}
+
+} // namespace engine

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "descriptor.h"
+
+#include <cstddef>
+#include <string>
+
+namespace engine {
+
+/// A pipe from a child, read as fast as the child writes, so that the child never waits for
+/// whoever reads what corvgs says.
+class Relay
+{
+public:
+    /// Hands on what comes to another descriptor, as long as somebody reads there.
+    static Relay to(int descriptor);
+
+    /// Keeps the first bytes of what comes.
+    static Relay keeping(std::size_t bytes);
+
+    [[nodiscard]] int readEnd() const { return m_readEnd.get(); }
+    [[nodiscard]] int writeEnd() const { return m_writeEnd.get(); }
+    void closeWriteEnd() { m_writeEnd.close(); }
+
+    /// Takes what has come so far. After the last byte readEnd() is -1.
+    void takeAll();
+
+    [[nodiscard]] const std::string &kept() const { return m_kept; }
+
+private:
+    Relay();
+    void take(const char *bytes, std::size_t count);
+
+    Descriptor m_readEnd;
+    Descriptor m_writeEnd;
+    int m_reader = -1;
+    std::size_t m_room = 0;
+    std::string m_kept;
+};
+
+} // namespace engine

@@ -1,0 +1,58 @@
+// corvgs with its settings taken from the environment:
+//
+//   DRIVER_GHOSTSCRIPT  the executable that stands for Ghostscript
+//   DRIVER_STALL        processor time without output, in seconds
+//   DRIVER_MEMORY       address space, in MiB
+//   DRIVER_NO_SAFER     takes Ghostscript's own protection away
+
+#include "engine/commandline.h"
+#include "engine/failure.h"
+#include "engine/signals.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+namespace {
+
+std::string variable(const char *name)
+{
+    const char *value = std::getenv(name);
+    return value ? value : "";
+}
+
+engine::Settings settings()
+{
+    engine::Settings settings = {variable("DRIVER_GHOSTSCRIPT"), {}};
+    if (const std::string stall = variable("DRIVER_STALL"); !stall.empty())
+        settings.limits.stall = std::chrono::seconds(std::stoi(stall));
+    if (const std::string memory = variable("DRIVER_MEMORY"); !memory.empty())
+        settings.limits.memory = std::stoull(memory) << 20;
+    return settings;
+}
+
+int compressUnsafely(int argc, char *argv[])
+{
+    auto plan = engine::planFor({argv + 1, argv + argc});
+    auto &job = std::get<engine::Job>(plan);
+    std::replace(job.arguments.begin(), job.arguments.end(), std::string("-dSAFER"),
+                 std::string("-dNOSAFER"));
+    engine::signals::catchAll();
+    try {
+        engine::compress(job, settings());
+        return EXIT_SUCCESS;
+    } catch (const engine::Failure &failure) {
+        std::fprintf(stderr, "%s\n", failure.what());
+        return failure.status();
+    }
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    if (!variable("DRIVER_NO_SAFER").empty())
+        return compressUnsafely(argc, argv);
+    return engine::runCommandLine(argc, argv, settings());
+}

@@ -1,0 +1,170 @@
+#include "bench.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+
+#include <csignal>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int bound = 120'000; // ms
+
+const char *const defaultSwitches =
+    "-q -dBATCH -dMaxBitmap=300000000 -dNOPAUSE -dSAFER -sDEVICE=pdfwrite "
+    "-dCompatibilityLevel=1.4 -dDownsampleColorImages=true -dColorImageDownsampleType=/Bicubic "
+    "-dColorImageResolution=150 -dAutoFilterColorImages=false -dColorImageFilter=/DCTEncode "
+    "-dGrayImageDownsampleType=/Bicubic -dGrayImageResolution=150 -dAutoFilterGrayImages=false "
+    "-dGrayImageFilter=/DCTEncode -dDownsampleMonoImages=true "
+    "-dMonoImageDownsampleType=/Bicubic -dMonoImageResolution=300 -dAutoFilterMonoImages=false "
+    "-dMonoImageFilter=/FlateEncode -dEmbedAllFonts=true -dCompressFonts=true "
+    "-dSubsetFonts=true";
+
+Run resultOf(QProcess &process)
+{
+    const bool ended = process.waitForFinished(bound);
+    Run run;
+    if (ended && process.exitStatus() == QProcess::NormalExit)
+        run.status = process.exitCode();
+    run.output = process.readAllStandardOutput();
+    run.errors = process.readAllStandardError();
+    return run;
+}
+
+} // namespace
+
+Bench::Bench()
+    : environment(QProcessEnvironment::systemEnvironment())
+{
+    for (const QString &name : {u"in"_s, u"out"_s, u"home"_s, u"tmp"_s})
+        QDir(m_folder.path()).mkdir(name);
+    environment.insert(u"HOME"_s, home());
+    environment.insert(u"TMPDIR"_s, temporary());
+    environment.insert(u"DRIVER_GHOSTSCRIPT"_s, ghostscript());
+    environment.insert(u"STANDIN_GHOSTSCRIPT"_s, ghostscript());
+}
+
+QString Bench::in(const QString &name) const
+{
+    return m_folder.filePath("in/"_L1 + name);
+}
+
+QString Bench::out(const QString &name) const
+{
+    return m_folder.filePath("out/"_L1 + name);
+}
+
+QString Bench::home(const QString &name) const
+{
+    return m_folder.filePath("home/"_L1 + name);
+}
+
+QString Bench::temporary() const
+{
+    return m_folder.filePath(u"tmp"_s);
+}
+
+QString Bench::mark() const
+{
+    return m_folder.filePath(u"pdfinfo.txt"_s);
+}
+
+QString Bench::corvgs()
+{
+    return QStringLiteral(CORVANE_CORVGS);
+}
+
+QString Bench::driver(Confinement confinement)
+{
+    return confinement == Confined ? QStringLiteral(CORVANE_DRIVER)
+                                   : QStringLiteral(CORVANE_UNCONFINED_DRIVER);
+}
+
+QString Bench::ghostscript()
+{
+    return QStringLiteral(CORVANE_GHOSTSCRIPT);
+}
+
+QString Bench::standin()
+{
+    return QStringLiteral(CORVANE_STANDIN);
+}
+
+QStringList Bench::line(const QString &input, const QString &output,
+                        const QStringList &moreSwitches, const QString &mark)
+{
+    QStringList words = QString::fromLatin1(defaultSwitches).split(u' ') + moreSwitches;
+    words << "-sOutputFile="_L1 + output << u"-f"_s << input;
+    if (!mark.isEmpty())
+        words << mark;
+    return words;
+}
+
+Run Bench::run(const QStringList &arguments, const QString &program,
+               const QString &workingFolder) const
+{
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.setWorkingDirectory(workingFolder);
+    process.start(program, arguments);
+    return resultOf(process);
+}
+
+void Bench::setStandin(const QString &wish)
+{
+    environment.insert(u"DRIVER_GHOSTSCRIPT"_s, standin());
+    environment.insert(u"STANDIN"_s, wish);
+}
+
+Run Bench::runStandin(const QString &wish, Confinement confinement)
+{
+    setStandin(wish);
+    return run(line(in(u"a.pdf"_s), out(u"a.pdf"_s)), driver(confinement));
+}
+
+std::unique_ptr<QProcess> Bench::start(const QStringList &arguments, const QString &program) const
+{
+    auto process = std::make_unique<QProcess>();
+    process->setProcessEnvironment(environment);
+    process->start(program, arguments);
+    process->waitForStarted(bound);
+    return process;
+}
+
+QStringList Bench::namesIn(const QString &folder)
+{
+    return QDir(folder).entryList(
+        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
+}
+
+QStringList Bench::engines() const
+{
+    // Only an engine's folder for temporary files lies in ours.
+    const QByteArray own = "TMPDIR=" + temporary().toUtf8() + "/corvgs-";
+    QStringList processes = QDir(u"/proc"_s).entryList(QDir::Dirs);
+    processes.removeIf([&own](const QString &process) {
+        return !contentOf("/proc/"_L1 + process + "/environ"_L1).contains(own);
+    });
+    return processes;
+}
+
+void sendSignal(qint64 process, int signal)
+{
+    if (process > 0)
+        kill(pid_t(process), signal);
+}
+
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void write(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        qFatal("cannot write %s", qPrintable(path));
+}

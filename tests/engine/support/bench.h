@@ -1,0 +1,74 @@
+#pragma once
+
+#include <QProcessEnvironment>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include <memory>
+
+class QProcess;
+
+struct Run
+{
+    int status = -1; ///< exit status; -1 after a crash or when it never ended
+    QByteArray output;
+    QByteArray errors;
+};
+
+/// A place of its own for the runs of corvgs in one test: folders for the originals, for the
+/// copies, for temporary files, and a home.
+class Bench
+{
+public:
+    enum Confinement { Confined, Unconfined };
+
+    Bench();
+
+    [[nodiscard]] QString in(const QString &name = {}) const;
+    [[nodiscard]] QString out(const QString &name = {}) const;
+    [[nodiscard]] QString home(const QString &name = {}) const;
+    [[nodiscard]] QString temporary() const;
+
+    /// Where the window's document information mark would be.
+    [[nodiscard]] QString mark() const;
+
+    /// corvgs as it is built, else (a driver) with the environment deciding.
+    static QString corvgs();
+    static QString driver(Confinement confinement);
+    static QString ghostscript();
+    static QString standin();
+
+    /// The window's line for these names, with its default switches.
+    static QStringList line(const QString &input, const QString &output,
+                            const QStringList &moreSwitches = {}, const QString &mark = {});
+
+    QProcessEnvironment environment;
+
+    /// Waits for the end.
+    [[nodiscard]] Run run(const QStringList &arguments, const QString &program = corvgs(),
+                          const QString &workingFolder = {}) const;
+
+    /// The same with a stand-in in Ghostscript's place.
+    [[nodiscard]] Run runStandin(const QString &wish, Confinement confinement);
+    void setStandin(const QString &wish);
+
+    [[nodiscard]] std::unique_ptr<QProcess> start(const QStringList &arguments,
+                                                  const QString &program = corvgs()) const;
+
+    /// Names in a folder, hidden ones too, sorted.
+    static QStringList namesIn(const QString &folder);
+
+    /// The numbers of processes that work in our temporary folder, corvgs itself aside.
+    [[nodiscard]] QStringList engines() const;
+    [[nodiscard]] int engineCount() const { return static_cast<int>(engines().size()); }
+
+private:
+    QTemporaryDir m_folder;
+};
+
+/// Number 0, which a process has that has ended, would be the whole of the test's process group.
+void sendSignal(qint64 process, int signal);
+
+QByteArray contentOf(const QString &path);
+void write(const QString &path, const QByteArray &content);

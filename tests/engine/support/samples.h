@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+
+/// A PDF file of so many pages, each with its number as text and a gray image of noise; its size is
+/// about a kibibyte a page and the images' bytes.
+QByteArray samplePdf(int pages = 1, int imageEdge = 8);
+
+/// A PDF file whose objects are the given ones, numbered from 1; the first is the catalogue.
+QByteArray pdfOf(const QList<QByteArray> &objects);
+
+/// The number of pages that an independent reader finds; -1 if it can't read the file.
+int pagesOf(const QString &path, const QString &password = {});

@@ -1,0 +1,106 @@
+// corvgs is killed at random moments: by a signal that it can't catch, and by one that it can.
+#include "bench.h"
+#include "samples.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QTest>
+
+#include <algorithm>
+#include <csignal>
+#include <limits>
+
+using namespace Qt::StringLiterals;
+
+class TestKilled : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void atRandomMoments_data();
+    void atRandomMoments();
+    void nextRunClears();
+
+private:
+    void verifyOutput(const QString &output, int signal);
+
+    Bench m_bench;
+    int m_length = 0; // of an undisturbed run, in ms
+    int m_interrupted = 0;
+};
+
+void TestKilled::initTestCase()
+{
+    write(m_bench.in(u"a.pdf"_s), samplePdf(30, 200));
+    // The shortest of some: the first may have had to wait for the disk.
+    m_length = std::numeric_limits<int>::max();
+    for (int count = 0; count < 3; ++count) {
+        QElapsedTimer timer;
+        timer.start();
+        QCOMPARE(m_bench.run(Bench::line(m_bench.in(u"a.pdf"_s), m_bench.out(u"a.pdf"_s))).status,
+                 0);
+        m_length = std::min(m_length, int(timer.elapsed()));
+        QVERIFY(QFile::remove(m_bench.out(u"a.pdf"_s)));
+    }
+}
+
+void TestKilled::atRandomMoments_data()
+{
+    QTest::addColumn<int>("signal");
+    for (int run = 1; run <= 100; ++run)
+        QTest::addRow("%d", run) << (run % 2 ? SIGKILL : SIGTERM);
+}
+
+void TestKilled::verifyOutput(const QString &output, int signal)
+{
+    if (!QFileInfo::exists(output))
+        return;
+    // Whole, or the placeholder of one who could not clear up.
+    if (QFileInfo(output).size() > 0)
+        QCOMPARE(pagesOf(output), 30);
+    else
+        QCOMPARE(signal, SIGKILL);
+}
+
+void TestKilled::atRandomMoments()
+{
+    QFETCH(int, signal);
+    const QString output = m_bench.out(QString::fromUtf8(QTest::currentDataTag()) + ".pdf"_L1);
+    const QStringList before = Bench::namesIn(m_bench.temporary());
+    const auto process = m_bench.start(Bench::line(m_bench.in(u"a.pdf"_s), output));
+    const int moment = int(QRandomGenerator::global()->bounded(m_length));
+    if (!process->waitForFinished(moment)) {
+        ++m_interrupted;
+        sendSignal(process->processId(), signal);
+        QVERIFY(process->state() == QProcess::NotRunning || process->waitForFinished());
+    }
+
+    if (process->exitStatus() == QProcess::NormalExit && process->exitCode() == 0)
+        QCOMPARE(pagesOf(output), 30);
+    QTRY_COMPARE(m_bench.engineCount(), 0);
+    verifyOutput(output, signal);
+    for (const QString &name : Bench::namesIn(m_bench.out()))
+        QVERIFY2(!name.startsWith(u'.') || signal == SIGKILL, qPrintable(name));
+    // What an earlier kill left may still be there if this run didn't get as far as to clear up.
+    for (const QString &name : Bench::namesIn(m_bench.temporary()))
+        QVERIFY(signal == SIGKILL || before.contains(name));
+}
+
+void TestKilled::nextRunClears()
+{
+    QVERIFY2(m_interrupted > 50, "the moments came too late to test anything");
+    QCOMPARE(m_bench.run(Bench::line(m_bench.in(u"a.pdf"_s), m_bench.out(u"last.pdf"_s))).status,
+             0);
+    QCOMPARE(Bench::namesIn(m_bench.temporary()), QStringList());
+    for (const QString &name : Bench::namesIn(m_bench.out())) {
+        QVERIFY2(!name.startsWith(u'.'), qPrintable(name));
+        verifyOutput(m_bench.out(name), SIGKILL);
+    }
+}
+
+QTEST_GUILESS_MAIN(TestKilled)
+#include "tst_engine_killed.moc"

@@ -1,0 +1,184 @@
+// Passwords and permissions, as independent readers see them.
+#include "bench.h"
+#include "samples.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QByteArray outputOf(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    process.waitForFinished();
+    return process.readAllStandardOutput() + process.readAllStandardError();
+}
+
+QByteArray encryptionOf(const QString &file, const QString &password)
+{
+    return outputOf(u"qpdf"_s, {"--password="_L1 + password, u"--show-encryption"_s, file});
+}
+
+} // namespace
+
+class TestPasswords : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void encryption_data();
+    void encryption();
+    void hardPasswords_data();
+    void hardPasswords();
+    void permissions_data();
+    void permissions();
+    void permissionsWithoutAPassword();
+    void processListOfTheEngine();
+    void processListOfCorvgs();
+};
+
+void TestPasswords::encryption_data()
+{
+    QTest::addColumn<QStringList>("switches");
+    QTest::addColumn<QString>("opens");
+    QTest::addColumn<QString>("owns");
+    const QString user = u"-sUserPassword=user"_s;
+    const QString owner = u"-sOwnerPassword=owner"_s;
+    QTest::newRow("user alone") << QStringList{user} << u"user"_s << u"user"_s;
+    QTest::newRow("owner alone") << QStringList{owner} << QString() << u"owner"_s;
+    QTest::newRow("both") << QStringList{user, owner} << u"user"_s << u"owner"_s;
+}
+
+void TestPasswords::encryption()
+{
+    QFETCH(QStringList, switches);
+    QFETCH(QString, opens);
+    QFETCH(QString, owns);
+    Bench bench;
+    write(bench.in(u"a.pdf"_s), samplePdf(2));
+    const Run run = bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), switches));
+    QCOMPARE(run.errors, QByteArray());
+    QCOMPARE(run.status, 0);
+    QCOMPARE(pagesOf(bench.out(u"a.pdf"_s), opens), 2);
+    QCOMPARE(pagesOf(bench.out(u"a.pdf"_s)), opens.isEmpty() ? 2 : -1);
+    QCOMPARE(pagesOf(bench.out(u"a.pdf"_s), u"wrong"_s), -1);
+    const QByteArray found = encryptionOf(bench.out(u"a.pdf"_s), owns);
+    QVERIFY2(found.contains("R = 3"), found);
+    QVERIFY2(found.contains("Supplied password is owner password"), found);
+    QVERIFY(contentOf(bench.out(u"a.pdf"_s)).contains("/Length 128"));
+}
+
+void TestPasswords::hardPasswords_data()
+{
+    QTest::addColumn<QString>("password");
+    for (const QString &password :
+         {u"a b  c"_s, u"\"quoted\""_s, u"back\\slash"_s, u"end\\"_s, u"end\\\\"_s, u"\\\""_s,
+          u"a\\\"b\\"_s, u"a b\\"_s, u"a\\ b \\\" \\"_s, u"#c"_s, u"%d"_s, u"@x"_s, u"-dNOSAFER"_s,
+          u"$HOME'`"_s, u"(a) <b> /c"_s, u"x -c quit"_s, u"\" -dNOSAFER \""_s, QString(32, u'x')})
+        QTest::newRow(qPrintable(password)) << password;
+}
+
+void TestPasswords::hardPasswords()
+{
+    QFETCH(QString, password);
+    Bench bench;
+    write(bench.in(u"a.pdf"_s), samplePdf());
+    const Run run = bench.run(
+        Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s),
+                    {"-sUserPassword="_L1 + password, "-sOwnerPassword="_L1 + password + u'o'}));
+    QCOMPARE(run.errors, QByteArray());
+    QCOMPARE(run.status, 0);
+    QCOMPARE(pagesOf(bench.out(u"a.pdf"_s)), -1);
+    QCOMPARE(pagesOf(bench.out(u"a.pdf"_s), password), 1);
+    const QByteArray poppler = outputOf(u"pdfinfo"_s, {u"-upw"_s, password, bench.out(u"a.pdf"_s)});
+    QVERIFY2(poppler.contains("Encrypted:"), poppler);
+}
+
+void TestPasswords::permissions_data()
+{
+    QTest::addColumn<int>("sent");
+    QTest::addColumn<QStringList>("denied");
+    const QStringList printing = {u"print low resolution"_s, u"print high resolution"_s};
+    const QStringList changing = {u"modify other"_s, u"modify document assembly"_s};
+    const QStringList copying = {u"extract for any purpose"_s};
+    const QStringList commenting = {u"modify annotations"_s, u"modify forms"_s};
+    QTest::newRow("all allowed") << -4 << QStringList();
+    QTest::newRow("printing") << -8 << printing;
+    QTest::newRow("changing") << -12 << changing;
+    QTest::newRow("copying") << -20 << copying;
+    QTest::newRow("commenting") << -36 << commenting;
+    QTest::newRow("copying and commenting") << -52 << copying + commenting;
+    QTest::newRow("all") << -64 << printing + changing + copying + commenting;
+}
+
+void TestPasswords::permissions()
+{
+    QFETCH(int, sent);
+    QFETCH(QStringList, denied);
+    Bench bench;
+    write(bench.in(u"a.pdf"_s), samplePdf());
+    const Run run = bench.run(
+        Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s),
+                    {u"-sOwnerPassword=o"_s, "-dPermissions="_L1 + QString::number(sent)}));
+    QCOMPARE(run.status, 0);
+    QStringList found;
+    const QByteArray text = encryptionOf(bench.out(u"a.pdf"_s), {});
+    for (const QByteArray &line : text.split('\n')) {
+        if (line.endsWith(": not allowed"))
+            found << QString::fromLatin1(line.left(line.indexOf(':')));
+    }
+    found.removeAll(u"modify anything"_s); // says no more than that one of the others is denied
+    found.sort();
+    denied.sort();
+    QCOMPARE(found, denied);
+}
+
+void TestPasswords::permissionsWithoutAPassword()
+{
+    Bench bench;
+    write(bench.in(u"a.pdf"_s), samplePdf());
+    const Run run = bench.run(
+        Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), {u"-dPermissions=-64"_s}));
+    QCOMPARE(run.status, 0);
+    QVERIFY(encryptionOf(bench.out(u"a.pdf"_s), {}).contains("File is not encrypted"));
+}
+
+void TestPasswords::processListOfTheEngine()
+{
+    Bench bench;
+    write(bench.in(u"a.pdf"_s), samplePdf());
+    bench.setStandin(u"arguments"_s);
+    const Run run =
+        bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s),
+                              {u"-sUserPassword=sesame"_s, u"-sOwnerPassword=sesame2"_s}),
+                  Bench::driver(Bench::Confined));
+    QVERIFY(run.output.contains("-sDEVICE=pdfwrite\n"));
+    QVERIFY(run.output.contains("@/dev/fd/6\n"));
+    QVERIFY(!run.output.contains("sesame"));
+    QVERIFY(!run.errors.contains("sesame"));
+}
+
+void TestPasswords::processListOfCorvgs()
+{
+    Bench bench;
+    write(bench.in(u"a.pdf"_s), samplePdf());
+    bench.setStandin(u"wait"_s);
+    const auto process =
+        bench.start(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s),
+                                {u"-sUserPassword=sesame"_s, u"-sOwnerPassword=sesame2"_s}),
+                    Bench::driver(Bench::Confined));
+    QVERIFY(process->waitForReadyRead());
+    const QByteArray line =
+        contentOf("/proc/"_L1 + QString::number(process->processId()) + "/cmdline"_L1);
+    QVERIFY(line.contains("-sUserPassword="));
+    QVERIFY(!line.contains("sesame"));
+    process->terminate();
+    QVERIFY(process->waitForFinished());
+}
+
+QTEST_GUILESS_MAIN(TestPasswords)
+#include "tst_engine_passwords.moc"

@@ -1,0 +1,100 @@
+// The built program, as its user starts it.
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+
+constexpr int bound = 60000; // ms
+
+QByteArray readAll(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+} // namespace
+
+class TestProgram : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void programAndEngineLieSideBySide();
+    void startsFromAnywhere_data();
+    void startsFromAnywhere();
+    void installedTreeHasTheSameShape();
+
+private:
+    QString m_program = PROGRAM;
+};
+
+void TestProgram::initTestCase()
+{
+    QVERIFY(QFileInfo(m_program).isExecutable());
+}
+
+void TestProgram::programAndEngineLieSideBySide()
+{
+    const QDir bin = QFileInfo(m_program).dir();
+    QVERIFY(QFileInfo(bin.filePath("corvgs")).isExecutable());
+    QVERIFY(QFileInfo(bin.filePath("../Plugins/imageformats")).isDir());
+}
+
+void TestProgram::startsFromAnywhere_data()
+{
+    QTest::addColumn<bool>("throughALink");
+    QTest::newRow("directly") << false;
+    QTest::newRow("through a symbolic link") << true;
+}
+
+// It makes its own folder the current one, and finds the plug-ins that its pictures need.
+void TestProgram::startsFromAnywhere()
+{
+    QFETCH(bool, throughALink);
+    const QTemporaryDir elsewhere;
+    QString start = m_program;
+    if (throughALink) {
+        start = elsewhere.filePath("a link");
+        QVERIFY(QFile::link(m_program, start));
+    }
+    QProcess program;
+    program.setWorkingDirectory(elsewhere.path());
+    program.start(start, QStringList());
+    QVERIFY(program.waitForStarted(bound));
+    const QString self = QString("/proc/%1/").arg(program.processId());
+    // The last picture of the window is a JPEG: its plug-in is loaded when the window is built.
+    QTRY_VERIFY_WITH_TIMEOUT(readAll(self + "maps").contains("libqjpeg"), bound);
+    QVERIFY(readAll(self + "maps").contains("libqico"));
+    QCOMPARE(QFileInfo(self + "cwd").symLinkTarget(), QFileInfo(m_program).path());
+    program.terminate();
+    QVERIFY(program.waitForFinished(bound));
+}
+
+void TestProgram::installedTreeHasTheSameShape()
+{
+    const QTemporaryDir root;
+    QProcess install;
+    install.start("cmake",
+                  {"--install", QFileInfo(m_program).path() + "/..", "--prefix", root.path()});
+    QVERIFY(install.waitForFinished(bound));
+    QCOMPARE(install.exitCode(), 0);
+    QDir library(root.path());
+    QVERIFY(library.cd("lib"));
+    const QStringList inner = library.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    QCOMPARE(inner.size(), 1);
+    QVERIFY(library.cd(inner.constFirst()));
+    if (!library.exists("bin")) // lib/<architecture>/corvane
+        QVERIFY(library.cd("corvane"));
+    QVERIFY(QFileInfo(library.filePath("bin/corvane")).isExecutable());
+    QVERIFY(QFileInfo(library.filePath("bin/corvgs")).isExecutable());
+    QVERIFY(QFileInfo(library.filePath("Plugins/imageformats")).isDir());
+}
+
+QTEST_GUILESS_MAIN(TestProgram)
+#include "tst_program.moc"

@@ -1,0 +1,220 @@
+// The main job with the real engine: what comes out is looked at with other people's tools.
+
+#include "src/process.h"
+#include "support/dragdrop.h"
+#include "support/sandbox.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QProcess>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QTableWidget>
+#include <QTest>
+
+#include <memory>
+
+namespace {
+
+constexpr int bound = 120000; // ms
+
+QString toolOutput(const QString &tool, const QStringList &arguments)
+{
+    QProcess process;
+    process.start(tool, arguments);
+    if (!process.waitForFinished(bound) || process.exitCode() != 0)
+        qFatal("%s failed: %s", qPrintable(tool), process.readAllStandardError().constData());
+    return QString::fromUtf8(process.readAllStandardOutput());
+}
+
+int pages(const QString &pdf)
+{
+    static const QRegularExpression line("^Pages:\\s+(\\d+)$", QRegularExpression::MultilineOption);
+    return line.match(toolOutput("pdfinfo", {pdf})).captured(1).toInt();
+}
+
+QString text(const QString &pdf)
+{
+    return toolOutput("pdftotext", {"-layout", pdf, "-"}).simplified();
+}
+
+// "rgb jpeg 300" for each image, in the order of the pages.
+QStringList images(const QString &pdf)
+{
+    QStringList all;
+    const QStringList lines = toolOutput("pdfimages", {"-list", pdf}).split('\n').mid(2);
+    for (const QString &line : lines) {
+        const QStringList columns = line.simplified().split(' ');
+        if (columns.size() > 12)
+            all.append(QStringList({columns[5], columns[8], columns[12]}).join(' '));
+    }
+    return all;
+}
+
+} // namespace
+
+class TestSamples : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void samples();
+    void hardNames_data();
+    void hardNames();
+    void doubleQuoteHarmsNobody();
+    void notAPdf_data();
+    void notAPdf();
+
+private:
+    QTableWidget *table() const { return m_window->findChild<QTableWidget *>(); }
+    QString verdict(int row) const;
+    void compress(const QStringList &paths);
+    QString copySample(const QString &sample, const QString &name) const;
+
+    std::unique_ptr<Sandbox> m_sandbox;
+    std::unique_ptr<Process> m_window;
+};
+
+void TestSamples::init()
+{
+    m_sandbox = std::make_unique<Sandbox>();
+    m_window = std::make_unique<Process>();
+    m_window->show();
+}
+
+void TestSamples::cleanup()
+{
+    m_window.reset();
+    m_sandbox.reset();
+}
+
+QString TestSamples::verdict(int row) const
+{
+    const QTableWidgetItem *item = table()->item(row, 2);
+    return item ? item->text() : QString();
+}
+
+void TestSamples::compress(const QStringList &paths)
+{
+    QList<QUrl> urls;
+    for (const QString &path : paths)
+        urls.prepend(QUrl::fromLocalFile(path)); // a drop lists its files from last to first
+    dropUrls(*m_window, urls);
+    m_window->findChild<QLineEdit *>("outputfolderEdit")->setText(m_sandbox->outputFolder());
+    QTest::mouseClick(m_window->findChild<QPushButton *>("runButton"), Qt::LeftButton);
+    const auto *progress = m_window->findChild<QProgressBar *>();
+    QTRY_COMPARE_WITH_TIMEOUT(progress->value(), 0, bound);
+}
+
+QString TestSamples::copySample(const QString &sample, const QString &name) const
+{
+    const QString path = m_sandbox->inputFolder() + '/' + name;
+    if (!QFile::copy(QString(SAMPLES_FOLDER "/") + sample, path))
+        qFatal("cannot copy to %s", qPrintable(path));
+    return path;
+}
+
+void TestSamples::samples()
+{
+    const QMap<QString, QStringList> expectedImages = {
+        {"bilevel-scan", {"gray image 300"}},
+        {"colour-scan", {"rgb jpeg 150"}},
+        {"gray-scan", {"gray jpeg 200"}}, // gray keeps its resolution unless the engine says other
+        {"mixed", {"rgb jpeg 150", "gray jpeg 200"}},
+        {"text", {}},
+    };
+    QStringList inputs;
+    QMap<QString, QByteArray> before;
+    for (const QString &name : expectedImages.keys()) {
+        inputs.append(copySample(name + ".pdf", name + ".pdf"));
+        before.insert(inputs.last(), readFile(inputs.last()));
+    }
+    compress(inputs);
+
+    for (int row = 0; row < table()->rowCount(); ++row) {
+        const QString input = table()->item(row, 0)->text();
+        const QString name = QFileInfo(input).baseName();
+        const QString output = m_sandbox->outputPath(name + ".pdf");
+        QCOMPARE(verdict(row), QString("Succeed"));
+        QCOMPARE(readFile(input), before.value(input));
+        QVERIFY2(QFileInfo(output).size() < QFileInfo(input).size(), qPrintable(name));
+        QCOMPARE(pages(output), pages(input));
+        QCOMPARE(images(output), expectedImages.value(name));
+        QCOMPARE(text(output), text(input));
+    }
+    QCOMPARE(m_sandbox->outputs().size(), expectedImages.size());
+}
+
+void TestSamples::hardNames_data()
+{
+    QTest::addColumn<QString>("name");
+
+    QTest::newRow("blanks") << " two  blanks .pdf";
+    QTest::newRow("several dots") << "a.b.c.pdf";
+    QTest::newRow("non-ASCII") << "Zoë – 報告書 №7 🔒.pdf";
+    QTest::newRow("shell") << "$HOME;&|<>()`id`*?~#!.pdf";
+    QTest::newRow("single quote") << "it's.pdf";
+    QTest::newRow("leading dash") << "-dNOSAFER.pdf";
+    QTest::newRow("leading at sign") << "@args.pdf";
+    QTest::newRow("leading bar") << "|cat.pdf";
+    QTest::newRow("line break") << "a\nb.pdf";
+    QTest::newRow("per cent") << "50% off.pdf";
+    QTest::newRow("page template") << "page %d %03d %%.pdf";
+    QTest::newRow("device name") << "%stdout.pdf";
+    QTest::newRow("backslash, brackets") << "\\[x] (y) {z}.pdf";
+    QTest::newRow("longest") << QString(246, 'x') + ".pdf";
+}
+
+void TestSamples::hardNames()
+{
+    QFETCH(QString, name);
+    const QString input = copySample("text.pdf", name);
+    compress({input});
+    QCOMPARE(verdict(0), QString("Succeed"));
+    const QString output = QFileInfo(name).baseName() + ".pdf";
+    QCOMPARE(m_sandbox->outputs(), QStringList({output}));
+    QCOMPARE(text(m_sandbox->outputPath(output)), text(input));
+}
+
+// The line that such a name bends names an output that nobody checked.
+void TestSamples::doubleQuoteHarmsNobody()
+{
+    const QString bent = m_sandbox->outputPath("a b c.pdf");
+    writeFile(bent, 6001);
+    const QByteArray before = readFile(bent);
+    const QString input = copySample("text.pdf", "a \"b\" c.pdf");
+    compress({input});
+    QCOMPARE(verdict(0), QString("Failed"));
+    QCOMPARE(readFile(bent), before);
+    QCOMPARE(m_sandbox->outputs(), QStringList({"a b c.pdf"}));
+    QCOMPARE(readFile(input), readFile(SAMPLES_FOLDER "/text.pdf"));
+}
+
+void TestSamples::notAPdf_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("text") << QByteArray("Dear Sir or Madam,\n").repeated(500);
+    QTest::newRow("truncated") << readFile(SAMPLES_FOLDER "/colour-scan.pdf").left(3000);
+}
+
+void TestSamples::notAPdf()
+{
+    QFETCH(QByteArray, content);
+    const QString bad = m_sandbox->inputFolder() + "/bad.pdf";
+    QFile file(bad);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(content);
+    file.close();
+    compress({bad, copySample("text.pdf", "good.pdf")});
+    QCOMPARE(verdict(0), QString("Failed"));
+    QCOMPARE(verdict(1), QString("Succeed"));
+    QCOMPARE(readFile(bad), content);
+}
+
+QTEST_MAIN(TestSamples)
+#include "tst_samples.moc"

@@ -1,0 +1,106 @@
+#include "tools.h"
+
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+
+namespace tools {
+
+namespace {
+
+constexpr int patience = 60000; // ms
+
+QString outputOf(const QString &program, const QStringList &arguments)
+{
+    const Result result = run(program, arguments);
+    if (result.exitCode != 0)
+        qFatal("%s: %s", qPrintable(program), qPrintable(result.output));
+    return result.output;
+}
+
+// The rows of a table under two lines of headings, split into words.
+QList<QStringList> table(const QString &output)
+{
+    QList<QStringList> rows;
+    for (const QString &line : output.split('\n', Qt::SkipEmptyParts).mid(2))
+        rows.append(line.simplified().split(' '));
+    return rows;
+}
+
+QString filterOf(const QString &pdf, const QString &object)
+{
+    const QString dictionary = outputOf("qpdf", {"--show-object=" + object, pdf});
+    static const QRegularExpression filter("/Filter /(\\w+)");
+    return filter.match(dictionary).captured(1);
+}
+
+} // namespace
+
+Result run(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(program, arguments);
+    if (!process.waitForFinished(patience))
+        return {-1, process.errorString()};
+    return {process.exitCode(), QString::fromUtf8(process.readAll())};
+}
+
+QList<Image> images(const QString &pdf)
+{
+    QList<Image> list;
+    for (const QStringList &row : table(outputOf("pdfimages", {"-list", pdf}))) {
+        // page num type width height color comp bpc enc interp object generation x-ppi ...
+        list.append({row[3].toInt(), row[6].toInt(), row[7].toInt(), row[12].toInt(),
+                     filterOf(pdf, row[10])});
+    }
+    return list;
+}
+
+QImage pixels(const QString &pdf, int image)
+{
+    const QTemporaryDir folder;
+    outputOf("pdfimages", {"-png", pdf, folder.filePath("image")});
+    return QImage(folder.filePath(QString("image-%1.png").arg(image, 3, 10, QChar('0'))));
+}
+
+QList<Font> fonts(const QString &pdf)
+{
+    QList<Font> list;
+    for (const QStringList &row : table(outputOf("pdffonts", {pdf}))) {
+        // name, type of one or more words, encoding, then emb sub uni object generation
+        list.append({row.constFirst(), row[row.size() - 5] == "yes", row[row.size() - 4] == "yes"});
+    }
+    return list;
+}
+
+QMap<QString, QString> information(const QString &pdf)
+{
+    QMap<QString, QString> entries;
+    for (const QString &line : outputOf("pdfinfo", {pdf}).split('\n', Qt::SkipEmptyParts))
+        entries.insert(line.section(':', 0, 0), line.section(':', 1).mid(1).trimmed());
+    return entries;
+}
+
+Permissions permissions(const QString &pdf, const QString &userPassword)
+{
+    const QString shown =
+        outputOf("qpdf", {"--show-encryption", "--password=" + userPassword, pdf});
+    const auto allows = [&](const QString &what) { return shown.contains(what + ": allowed"); };
+    return {allows("print low resolution"), allows("modify other"),
+            allows("extract for any purpose"), allows("modify annotations")};
+}
+
+// qpdf --requires-password ends with 0 if another password is needed, 2 without encryption and 3 if
+// the given one will do.
+bool asksForPassword(const QString &pdf)
+{
+    return run("qpdf", {"--requires-password", pdf}).exitCode == 0;
+}
+
+bool opensWith(const QString &pdf, const QString &password)
+{
+    return run("qpdf", {"--requires-password", "--password=" + password, pdf}).exitCode == 3;
+}
+
+} // namespace tools

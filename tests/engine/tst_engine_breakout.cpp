@@ -27,6 +27,7 @@ private slots:
 
 private:
     static void prepare(const Bench &bench);
+    static QString filled(QString text, const Bench &bench);
 };
 
 void TestBreakout::prepare(const Bench &bench)
@@ -35,6 +36,24 @@ void TestBreakout::prepare(const Bench &bench)
     write(bench.in(u"other.pdf"_s), "treasure");
     write(bench.home(u"secret"_s), "treasure");
     write(bench.out(u"mine"_s), "treasure");
+}
+
+// The braces keep the places apart from the random letters of a temporary folder's name.
+QString TestBreakout::filled(QString text, const Bench &bench)
+{
+    const std::pair<QLatin1StringView, QString> places[] = {
+        {"{home}/"_L1, bench.home()},
+        {"{home}"_L1, bench.home()},
+        {"{out}/"_L1, bench.out()},
+        {"{out}"_L1, bench.out()},
+        {"{in}/"_L1, bench.in()},
+        {"{in}"_L1, bench.in()},
+        {"{tmp}"_L1, bench.temporary()},
+        {"{parent}"_L1, QString::number(QCoreApplication::applicationPid())},
+    };
+    for (const auto &[place, path] : places)
+        text.replace(place, path);
+    return text;
 }
 
 // Everything below is only as good as what this line says. A kernel without Landlock fails here,
@@ -54,28 +73,28 @@ void TestBreakout::kernelIsUpToIt()
 void TestBreakout::standin_data()
 {
     QTest::addColumn<QString>("wish");
-    for (const QString &wish : {u"read:HOME/secret"_s,
-                                u"list:HOME"_s,
-                                u"write:HOME/new"_s,
-                                u"append:HOME/secret"_s,
-                                u"truncate:HOME/secret"_s,
-                                u"remove:HOME/secret"_s,
-                                u"chmod:HOME/secret"_s,
-                                u"link:HOME/secret"_s,
-                                u"read:OUT/mine"_s,
-                                u"list:OUT"_s,
-                                u"write:OUT/new"_s,
-                                u"append:OUT/mine"_s,
-                                u"remove:OUT/mine"_s,
-                                u"remove:OUT/a.pdf"_s,
-                                u"mkdir:OUT/new"_s,
-                                u"read:IN/other.pdf"_s,
-                                u"append:IN/a.pdf"_s,
-                                u"remove:IN/a.pdf"_s,
-                                u"chmod:IN/a.pdf"_s,
-                                u"list:IN"_s,
-                                u"list:TMP"_s,
-                                u"write:TMP/new"_s,
+    for (const QString &wish : {u"read:{home}/secret"_s,
+                                u"list:{home}"_s,
+                                u"write:{home}/new"_s,
+                                u"append:{home}/secret"_s,
+                                u"truncate:{home}/secret"_s,
+                                u"remove:{home}/secret"_s,
+                                u"chmod:{home}/secret"_s,
+                                u"link:{home}/secret"_s,
+                                u"read:{out}/mine"_s,
+                                u"list:{out}"_s,
+                                u"write:{out}/new"_s,
+                                u"append:{out}/mine"_s,
+                                u"remove:{out}/mine"_s,
+                                u"remove:{out}/a.pdf"_s,
+                                u"mkdir:{out}/new"_s,
+                                u"read:{in}/other.pdf"_s,
+                                u"append:{in}/a.pdf"_s,
+                                u"remove:{in}/a.pdf"_s,
+                                u"chmod:{in}/a.pdf"_s,
+                                u"list:{in}"_s,
+                                u"list:{tmp}"_s,
+                                u"write:{tmp}/new"_s,
                                 u"read:/etc/passwd"_s,
                                 u"list:/"_s,
                                 u"list:/etc"_s,
@@ -85,7 +104,7 @@ void TestBreakout::standin_data()
                                 u"fork"_s,
                                 u"socket"_s,
                                 u"local-socket"_s,
-                                u"kill:PARENT"_s})
+                                u"kill:{parent}"_s})
         QTest::newRow(qPrintable(wish)) << wish;
 }
 
@@ -95,12 +114,7 @@ void TestBreakout::standin()
     for (const auto confinement : {Bench::Unconfined, Bench::Confined}) {
         Bench bench;
         prepare(bench);
-        QString filled = wish;
-        filled.replace("HOME"_L1, bench.home()).replace("OUT"_L1, bench.out());
-        filled.replace("IN/"_L1, bench.in()).replace("IN"_L1, bench.in());
-        filled.replace("TMP"_L1, bench.temporary());
-        filled.replace("PARENT"_L1, QString::number(QCoreApplication::applicationPid()));
-        const Run run = bench.runStandin(filled, confinement);
+        const Run run = bench.runStandin(filled(wish, bench), confinement);
         QCOMPARE(run.status, confinement == Bench::Confined ? 20 : 10);
         if (confinement == Bench::Unconfined)
             continue;
@@ -117,7 +131,7 @@ void TestBreakout::reachable_data()
     QTest::addColumn<QString>("wish");
     for (const QString &wish : {u"read:/dev/fd/4"_s, u"write:/dev/fd/3"_s, u"read:/dev/urandom"_s,
                                 u"list:/usr/share/fonts"_s, u"read:/etc/fonts/fonts.conf"_s,
-                                u"read:HOME/.fonts/mine.ttf"_s, u"list:HOME/.fonts"_s})
+                                u"read:{home}/.fonts/mine.ttf"_s, u"list:{home}/.fonts"_s})
         QTest::newRow(qPrintable(wish)) << wish;
 }
 
@@ -128,8 +142,7 @@ void TestBreakout::reachable()
     prepare(bench);
     QVERIFY(QDir().mkdir(bench.home(u".fonts"_s)));
     write(bench.home(u".fonts/mine.ttf"_s), "font");
-    wish.replace("HOME"_L1, bench.home());
-    QCOMPARE(bench.runStandin(wish, Bench::Confined).status, 10);
+    QCOMPARE(bench.runStandin(filled(wish, bench), Bench::Confined).status, 10);
 }
 
 void TestBreakout::postScript_data()
@@ -138,18 +151,18 @@ void TestBreakout::postScript_data()
     QTest::addColumn<QString>("made"); // the file that shows that it worked
     const QString say = u" (w) file dup (treasure) writestring closefile"_s;
     QTest::newRow("read a file of the home folder")
-        << u"(HOME/secret) (r) file 9 string readstring pop print flush"_s << QString();
+        << u"({home}/secret) (r) file 9 string readstring pop print flush"_s << QString();
     QTest::newRow("read another document")
-        << u"(IN/other.pdf) (r) file 9 string readstring pop print flush"_s << QString();
-    QTest::newRow("write beside the output") << "(OUT/new)"_L1 + say << u"OUT/new"_s;
-    QTest::newRow("write into the home folder") << "(HOME/new)"_L1 + say << u"HOME/new"_s;
+        << u"({in}/other.pdf) (r) file 9 string readstring pop print flush"_s << QString();
+    QTest::newRow("write beside the output") << "({out}/new)"_L1 + say << u"{out}/new"_s;
+    QTest::newRow("write into the home folder") << "({home}/new)"_L1 + say << u"{home}/new"_s;
     QTest::newRow("list a folder")
-        << u"(HOME/*) { (treasure) print print flush } 999 string filenameforall"_s << QString();
+        << u"({home}/*) { (treasure) print print flush } 999 string filenameforall"_s << QString();
     QTest::newRow("start a shell")
-        << u"(%pipe%echo treasure; echo treasure >OUT/new) (r) file 9 string readstring pop print flush"_s
-        << u"OUT/new"_s;
+        << u"(%pipe%echo treasure; echo treasure >{out}/new) (r) file 9 string readstring pop print flush"_s
+        << u"{out}/new"_s;
     QTest::newRow("remove a file")
-        << u"(OUT/mine) deletefile (treasure) print flush"_s << QString();
+        << u"({out}/mine) deletefile (treasure) print flush"_s << QString();
 }
 
 void TestBreakout::postScript()
@@ -159,17 +172,13 @@ void TestBreakout::postScript()
     for (const auto confinement : {Bench::Unconfined, Bench::Confined}) {
         Bench bench;
         prepare(bench);
-        const auto filled = [&bench](QString text) {
-            text.replace("HOME/"_L1, bench.home()).replace("OUT/"_L1, bench.out());
-            return text.replace("IN/"_L1, bench.in());
-        };
-        write(bench.mark(), filled(program).toUtf8());
+        write(bench.mark(), filled(program, bench).toUtf8());
         bench.environment.insert(u"DRIVER_NO_SAFER"_s, u"1"_s);
         const Run run =
             bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), {}, bench.mark()),
                       Bench::driver(confinement));
         const bool worked = made.isEmpty() ? run.output.contains("treasure")
-                                           : contentOf(filled(made)).contains("treasure");
+                                           : contentOf(filled(made, bench)).contains("treasure");
         QCOMPARE(worked, confinement == Bench::Unconfined);
         QVERIFY(confinement == Bench::Unconfined ||
                 contentOf(bench.out(u"mine"_s)) == QByteArray("treasure"));

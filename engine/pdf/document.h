@@ -1,0 +1,45 @@
+#pragma once
+
+#include <memory>
+#include <qpdf/QPDF.hh>
+#include <string>
+
+namespace engine {
+
+enum class Trust {
+    Foreign, ///< damage is repaired where that is possible
+    Own      ///< damage makes it unreadable
+};
+
+/// A PDF file that is open as a descriptor. For hostile files only to be opened where a crash or an
+/// endless loop does no harm.
+class Document
+{
+public:
+    /// The descriptor stays the caller's. Throws a std::exception if the file can't be read at all.
+    Document(int file, const std::string &password, Trust trust);
+
+    QPDF &pdf() { return *m_pdf; }
+
+    /// The number of pages. One that can't be walked to its end (Foreign) has as many as it claims.
+    int pages();
+
+    /// Whether everything that was read so far is in order.
+    bool isSound();
+
+    bool hasObjectStreams();
+
+private:
+    struct Close
+    {
+        void operator()(FILE *stream) const;
+    };
+
+    // The stream outlives the document that reads it.
+    std::unique_ptr<FILE, Close> m_stream;
+    std::unique_ptr<QPDF> m_pdf;
+    Trust m_trust;
+    bool m_sound = true;
+};
+
+} // namespace engine

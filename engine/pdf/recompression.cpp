@@ -1,0 +1,100 @@
+#include "recompression.h"
+
+#include "deflate.h"
+#include "streams.h"
+
+#include <algorithm>
+#include <qpdf/QPDFObjectHandle.hh>
+
+namespace engine {
+
+namespace {
+
+// A few bytes can stand for gibibytes; and what became smaller is held until it is written.
+constexpr std::size_t mostOfOne = std::size_t(256) << 20;
+constexpr std::size_t mostOfAll = std::size_t(512) << 20;
+
+// "/Filter /FlateDecode", for a stream that had none
+constexpr std::size_t filterEntry = 21;
+
+struct Packed
+{
+    std::string bytes;
+    QPDFObjectHandle parameters;
+};
+
+// Only the outermost layer is taken off: without its predictor, an image would grow.
+std::optional<Packed> repacked(QPDFObjectHandle stream)
+{
+    const std::string raw = rawBytesOf(stream);
+    const auto bytes = inflated(raw, mostOfOne);
+    std::string better = bytes ? deflated(*bytes) : std::string();
+    if (!bytes || better.size() >= raw.size())
+        return {};
+    return Packed{std::move(better), stream.getDict().getKey("/DecodeParms")};
+}
+
+std::optional<Packed> packed(QPDFObjectHandle stream)
+{
+    const auto bytes = decodedBytesOf(stream);
+    if (!bytes || bytes->size() > mostOfOne)
+        return {};
+    std::string better = deflated(*bytes);
+    if (better.size() + filterEntry >= rawBytesOf(stream).size())
+        return {};
+    return Packed{std::move(better), QPDFObjectHandle::newNull()};
+}
+
+// Run lengths are somebody's choice, for readers that know nothing else.
+std::optional<Packed> betterThan(QPDFObjectHandle stream)
+{
+    const auto filters = filtersOf(stream);
+    if (filters == std::vector<std::string>{"/FlateDecode"})
+        return repacked(stream);
+    const bool chosen =
+        std::find(filters.begin(), filters.end(), "/RunLengthDecode") != filters.end();
+    return isGeneric(filters) && !chosen ? packed(stream) : std::nullopt;
+}
+
+bool isOfType(QPDFObjectHandle dictionary, const char *key,
+              std::initializer_list<const char *> names)
+{
+    QPDFObjectHandle type = dictionary.getKey(key);
+    return std::any_of(names.begin(), names.end(),
+                       [&](const char *name) { return type.isNameAndEquals(name); });
+}
+
+bool isFontProgram(QPDFObjectHandle dictionary)
+{
+    return dictionary.hasKey("/Length1") ||
+           isOfType(dictionary, "/Subtype", {"/Type1C", "/CIDFontType0C", "/OpenType"});
+}
+
+bool mayBePacked(QPDFObjectHandle stream, bool fonts)
+{
+    QPDFObjectHandle dictionary = stream.getDict();
+    // Programs that know no PDF look for the description in clear text; the others are not written.
+    if (isOfType(dictionary, "/Type", {"/Metadata", "/ObjStm", "/XRef"}))
+        return false;
+    return fonts || !isFontProgram(dictionary) || !filtersOf(stream).empty();
+}
+
+} // namespace
+
+void recompress(QPDF &document, bool fonts)
+{
+    std::size_t held = 0;
+    for (QPDFObjectHandle object : document.getAllObjects()) {
+        if (held > mostOfAll)
+            return;
+        if (!object.isStream() || !mayBePacked(object, fonts))
+            continue;
+        if (const auto better = betterThan(object)) {
+            object.replaceStreamData(better->bytes, QPDFObjectHandle::newName("/FlateDecode"),
+                                     better->parameters);
+            held += better->bytes.size();
+        }
+    }
+}
+
+} // namespace engine

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <qpdf/QPDF.hh>
+
+namespace engine {
+
+/// Gives those pages of the copy that have fewer links than in the original all of theirs again, as
+/// far as the page lies in the copy as it does in the original. Printable links are what PDF/A
+/// wants; they look the same.
+void restoreLinks(QPDF &copy, QPDF &original, bool printable);
+
+} // namespace engine

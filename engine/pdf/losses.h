@@ -1,0 +1,12 @@
+#pragma once
+
+#include <qpdf/QPDF.hh>
+#include <string>
+
+namespace engine {
+
+/// What the copy has less of than the original, of what a reader can use but not see: "links",
+/// "form fields", "outline entries", "attachments". Empty if nothing is lost.
+std::string lossOf(QPDF &original, QPDF &copy);
+
+} // namespace engine

@@ -57,4 +57,9 @@ void Bitmap::clearPadding()
         m_bytes[end - 1] = std::uint8_t(m_bytes[end - 1] & (0xFFU << spare));
 }
 
+bool Bitmap::operator==(const Bitmap &other) const
+{
+    return m_width == other.m_width && m_height == other.m_height && m_bytes == other.m_bytes;
+}
+
 } // namespace engine

@@ -49,7 +49,7 @@ public:
     void invert();
     void clearPadding();
 
-    bool operator==(const Bitmap &) const = default;
+    bool operator==(const Bitmap &other) const;
 
 private:
     Bitmap(std::uint32_t width, std::uint32_t height, std::size_t stride);

@@ -1,0 +1,98 @@
+#include "bilevelbitmap.h"
+
+#include "../faxdecoder.h"
+#include "jbig2decoding.h"
+#include "streams.h"
+
+#include <limits>
+
+namespace engine {
+
+namespace {
+
+std::uint32_t edgeOf(QPDFObjectHandle number)
+{
+    const long long value = number.isInteger() ? number.getIntValue() : 0;
+    return value > 0 && value <= std::numeric_limits<std::int32_t>::max() ? std::uint32_t(value)
+                                                                          : 0;
+}
+
+// One filter's parameters lie in the dictionary alone or in an array of one.
+QPDFObjectHandle parametersOf(QPDFObjectHandle image)
+{
+    QPDFObjectHandle parameters = image.getDict().getKey("/DecodeParms");
+    if (parameters.isArray())
+        parameters = parameters.getArrayNItems() == 1 ? parameters.getArrayItem(0)
+                                                      : QPDFObjectHandle::newNull();
+    return parameters.isDictionary() ? parameters : QPDFObjectHandle::newDictionary();
+}
+
+bool flagOf(QPDFObjectHandle parameters, const char *key)
+{
+    QPDFObjectHandle flag = parameters.getKey(key);
+    return flag.isBool() && flag.getBoolValue();
+}
+
+std::optional<Bitmap> ofGroup4(QPDFObjectHandle image)
+{
+    QPDFObjectHandle parameters = parametersOf(image);
+    QPDFObjectHandle kind = parameters.getKey("/K");
+    const auto [width, height] = edgesOf(image);
+    FaxLayout layout;
+    if (parameters.hasKey("/Columns"))
+        layout.columns = edgeOf(parameters.getKey("/Columns"));
+    layout.rows = height;
+    layout.blackIs1 = flagOf(parameters, "/BlackIs1");
+    layout.encodedByteAlign = flagOf(parameters, "/EncodedByteAlign");
+    if (!kind.isInteger() || kind.getIntValue() >= 0 || layout.columns != width)
+        return {};
+    return decodeGroup4(rawBytesOf(image), layout);
+}
+
+std::optional<Bitmap> ofJbig2(QPDFObjectHandle image)
+{
+    const auto [width, height] = edgesOf(image);
+    QPDFObjectHandle globals = parametersOf(image).getKey("/JBIG2Globals");
+    const auto shared = globals.isStream() ? decodedBytesOf(globals) : std::string();
+    return shared ? decodeJbig2(rawBytesOf(image), *shared, width, height) : std::nullopt;
+}
+
+std::optional<Bitmap> ofGeneric(QPDFObjectHandle image)
+{
+    const auto [width, height] = edgesOf(image);
+    const auto samples = decodedBytesOf(image);
+    return samples ? Bitmap::ofSamples(width, height, *samples) : std::nullopt;
+}
+
+} // namespace
+
+bool isBilevelImage(QPDFObjectHandle stream)
+{
+    if (!stream.isStream())
+        return false;
+    QPDFObjectHandle dictionary = stream.getDict();
+    QPDFObjectHandle bits = dictionary.getKey("/BitsPerComponent");
+    return dictionary.getKey("/Subtype").isNameAndEquals("/Image") &&
+           (flagOf(dictionary, "/ImageMask") || (bits.isInteger() && bits.getIntValue() == 1));
+}
+
+std::pair<std::uint32_t, std::uint32_t> edgesOf(QPDFObjectHandle image)
+{
+    QPDFObjectHandle dictionary = image.getDict();
+    return {edgeOf(dictionary.getKey("/Width")), edgeOf(dictionary.getKey("/Height"))};
+}
+
+std::optional<Bitmap> bitmapOf(QPDFObjectHandle image)
+{
+    const auto [width, height] = edgesOf(image);
+    if (width == 0 || height == 0)
+        return {};
+    const auto filters = filtersOf(image);
+    if (filters == std::vector<std::string>{"/CCITTFaxDecode"})
+        return ofGroup4(image);
+    if (filters == std::vector<std::string>{"/JBIG2Decode"})
+        return ofJbig2(image);
+    return ofGeneric(image);
+}
+
+} // namespace engine

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "../bitmap.h"
+
+#include <optional>
+#include <qpdf/QPDFObjectHandle.hh>
+
+namespace engine {
+
+/// Whether a stream is an image of one bit per sample.
+bool isBilevelImage(QPDFObjectHandle stream);
+
+/// Width and height of an image as its dictionary states them; 0 for one that makes no sense.
+std::pair<std::uint32_t, std::uint32_t> edgesOf(QPDFObjectHandle image);
+
+/// A bilevel image's samples, whatever their compression; nothing if it is one that can't be taken
+/// off here, or is damaged.
+std::optional<Bitmap> bitmapOf(QPDFObjectHandle image);
+
+} // namespace engine

@@ -1,0 +1,143 @@
+#include "bilevelimages.h"
+
+#include "../jbig2.h"
+#include "bilevelbitmap.h"
+#include "foreign.h"
+#include "streams.h"
+
+#include <map>
+#include <qpdf/QPDFPageDocumentHelper.hh>
+#include <set>
+
+namespace engine {
+
+namespace {
+
+using Images = std::vector<QPDFObjectHandle>;
+using Edges = std::pair<std::uint32_t, std::uint32_t>;
+
+// As many images of one size as are compared with one of the copy. Ghostscript keeps their order,
+// so the first that is left is nearly always the one.
+constexpr std::size_t lookAhead = 4;
+
+struct Encoding
+{
+    std::string bytes;
+    QPDFObjectHandle filter;
+    QPDFObjectHandle parameters;
+    bool inverted = false; ///< 0 stands for what 1 stood for
+};
+
+// In the order of the pages, each once.
+Images bilevelImagesOf(QPDF &document)
+{
+    Images images;
+    std::set<QPDFObjGen> seen;
+    for (auto &page : QPDFPageDocumentHelper(document).getAllPages()) {
+        page.forEachImage(true,
+                          [&](QPDFObjectHandle &image, QPDFObjectHandle &, const std::string &) {
+                              if (isBilevelImage(image) && seen.insert(image.getObjGen()).second)
+                                  images.push_back(image);
+                          });
+    }
+    return images;
+}
+
+// The originals that no image of the copy has taken yet.
+class Originals
+{
+public:
+    explicit Originals(QPDF *document)
+    {
+        if (!document)
+            return;
+        for (auto &image : bilevelImagesOf(*document))
+            m_images[edgesOf(image)].push_back(image);
+    }
+
+    /// The original's stream for these samples, if it has fewer bytes than so many.
+    std::optional<Encoding> encodingOf(const Bitmap &bitmap, std::size_t bytes)
+    {
+        Images &images = m_images[{bitmap.width(), bitmap.height()}];
+        for (std::size_t index = 0; index < std::min(images.size(), lookAhead); ++index) {
+            auto encoding = encodingOf(bitmap, images[index], bytes);
+            if (!encoding)
+                continue;
+            images.erase(images.begin() + Images::difference_type(index));
+            return encoding;
+        }
+        return {};
+    }
+
+    [[nodiscard]] bool hasAny(Edges edges) const { return m_images.count(edges) > 0; }
+
+private:
+    static std::optional<Encoding> encodingOf(const Bitmap &bitmap, QPDFObjectHandle image,
+                                              std::size_t bytes)
+    {
+        std::string raw = rawBytesOf(image);
+        auto own = raw.size() < bytes ? bitmapOf(image) : std::nullopt;
+        if (!own)
+            return {};
+        const bool same = *own == bitmap;
+        own->invert();
+        if (!same && !(*own == bitmap))
+            return {};
+        QPDFObjectHandle dictionary = image.getDict();
+        return Encoding{std::move(raw), dictionary.getKey("/Filter"),
+                        dictionary.getKey("/DecodeParms"), !same};
+    }
+
+    std::map<Edges, Images> m_images;
+};
+
+std::optional<Encoding> jbig2Of(const Bitmap &bitmap, std::size_t bytes)
+{
+    std::string stream = encodeJbig2(bitmap);
+    if (stream.empty() || stream.size() >= bytes)
+        return {};
+    return Encoding{std::move(stream), QPDFObjectHandle::newName("/JBIG2Decode"),
+                    QPDFObjectHandle::newNull()};
+}
+
+void invertDecode(QPDFObjectHandle dictionary)
+{
+    QPDFObjectHandle decode = dictionary.getKey("/Decode");
+    if (decode.isArray() && decode.getArrayNItems() == 2)
+        dictionary.replaceKey("/Decode", QPDFObjectHandle::newArray(
+                                             {decode.getArrayItem(1), decode.getArrayItem(0)}));
+    else
+        dictionary.replaceKey("/Decode", QPDFObjectHandle::parse("[1 0]"));
+}
+
+void replace(QPDF &copy, QPDFObjectHandle image, const Encoding &encoding)
+{
+    image.replaceStreamData(encoding.bytes, broughtInto(copy, encoding.filter),
+                            broughtInto(copy, encoding.parameters));
+    if (encoding.inverted)
+        invertDecode(image.getDict());
+}
+
+} // namespace
+
+void shrinkBilevelImages(QPDF &copy, QPDF *original, bool anyCompression)
+{
+    Originals originals(original);
+    for (QPDFObjectHandle image : bilevelImagesOf(copy)) {
+        if (!anyCompression && !originals.hasAny(edgesOf(image)))
+            continue;
+        const auto bitmap = bitmapOf(image);
+        if (!bitmap)
+            continue;
+        std::size_t bytes = rawBytesOf(image).size();
+        auto best = originals.encodingOf(*bitmap, bytes);
+        if (best)
+            bytes = best->bytes.size();
+        if (auto own = anyCompression ? jbig2Of(*bitmap, bytes) : std::nullopt)
+            best = std::move(own);
+        if (best)
+            replace(copy, image, *best);
+    }
+}
+
+} // namespace engine

@@ -1,0 +1,100 @@
+#include "description.h"
+
+#include "../xmp.h"
+
+#include <qpdf/QPDFObjectHandle.hh>
+
+namespace engine {
+
+namespace {
+
+struct Entry
+{
+    const char *key;
+    std::string Description::*text;
+};
+
+constexpr Entry texts[] = {
+    {"/Title", &Description::title},          {"/Author", &Description::author},
+    {"/Subject", &Description::subject},      {"/Keywords", &Description::keywords},
+    {"/Creator", &Description::creator},      {"/Producer", &Description::producer},
+    {"/CreationDate", &Description::created}, {"/ModDate", &Description::modified},
+};
+
+QPDFObjectHandle informationOf(QPDF &document)
+{
+    QPDFObjectHandle information = document.getTrailer().getKey("/Info");
+    return information.isDictionary() ? information : QPDFObjectHandle::newDictionary();
+}
+
+std::string readable(const std::string &bytes)
+{
+    const std::string asUtf8 = "\xEF\xBB\xBF";
+    return isUtf8BeyondAscii(bytes) ? QPDFObjectHandle::newString(asUtf8 + bytes).getUTF8Value()
+                                    : QPDFObjectHandle::newString(bytes).getUTF8Value();
+}
+
+// Ghostscript writes Z00'00', which some readers can't make out; +00'00' is the same to all.
+std::string withPlainZone(std::string date)
+{
+    const auto zone = date.find('Z');
+    return zone == std::string::npos ? date : date.substr(0, zone) + "+00'00'";
+}
+
+bool isDate(const char *key)
+{
+    return std::string(key).find("Date") != std::string::npos;
+}
+
+Description settledTexts(QPDFObjectHandle information)
+{
+    Description description;
+    for (const Entry &entry : texts) {
+        QPDFObjectHandle value = information.getKey(entry.key);
+        if (!value.isString())
+            continue;
+        std::string text = readable(value.getStringValue());
+        if (text.empty()) {
+            information.removeKey(entry.key); // XMP has no empty texts
+            continue;
+        }
+        if (isDate(entry.key))
+            text = withPlainZone(text);
+        information.replaceKey(entry.key, isDate(entry.key)
+                                              ? QPDFObjectHandle::newString(text)
+                                              : QPDFObjectHandle::newUnicodeString(text));
+        description.*entry.text = text;
+    }
+    return description;
+}
+
+void setPacket(QPDF &document, const std::string &packet)
+{
+    QPDFObjectHandle metadata = QPDFObjectHandle::newStream(&document, packet);
+    metadata.getDict().replaceKey("/Type", QPDFObjectHandle::newName("/Metadata"));
+    metadata.getDict().replaceKey("/Subtype", QPDFObjectHandle::newName("/XML"));
+    document.getRoot().replaceKey("/Metadata", document.makeIndirectObject(metadata));
+}
+
+} // namespace
+
+void settleDescription(QPDF &document, bool pdfa)
+{
+    const Description description = settledTexts(informationOf(document));
+    setPacket(document, xmpPacket(description, pdfa));
+}
+
+void takeDescription(QPDF &document, QPDF &copy, bool complete)
+{
+    QPDFObjectHandle information = QPDFObjectHandle::newDictionary();
+    if (!complete)
+        information = informationOf(document).shallowCopy();
+    for (auto [key, value] : informationOf(copy).getDictAsMap())
+        information.replaceKey(key, value.isIndirect() ? document.copyForeignObject(value)
+                                                       : value.shallowCopy());
+    document.getTrailer().replaceKey("/Info", document.makeIndirectObject(information));
+    if (document.getRoot().hasKey("/Metadata"))
+        settleDescription(document, false);
+}
+
+} // namespace engine

@@ -36,8 +36,14 @@ void placeChannels(std::vector<std::pair<int, int>> channels)
 
 struct Lines
 {
-    Relay output = Relay::to(STDOUT_FILENO);
-    Relay errors = Relay::to(STDERR_FILENO);
+    explicit Lines(std::string_view doubt)
+        : output(Relay::to(STDOUT_FILENO, doubt))
+        , errors(Relay::to(STDERR_FILENO, doubt))
+    {
+    }
+
+    Relay output;
+    Relay errors;
     Relay report = Relay::keeping(reportRoom);
 
     std::array<Relay *, 3> all() { return {&output, &errors, &report}; }
@@ -119,7 +125,7 @@ private:
 
 Ending carryOut(const Work &work, const Limits &limits)
 {
-    Lines lines;
+    Lines lines(work.doubt);
     const pid_t parent = getpid();
     const pid_t child = fork();
     if (child < 0)
@@ -142,6 +148,7 @@ Ending carryOut(const Work &work, const Limits &limits)
         relay->takeAll();
     ending.signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
     ending.status = ending.signal != 0 ? 128 + ending.signal : WEXITSTATUS(status);
+    ending.doubted = lines.output.hasSeenPhrase() || lines.errors.hasSeenPhrase();
     ending.report = lines.report.kept();
     return ending;
 }

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -19,6 +20,9 @@ struct Work
     /// Runs in the child, which ends with the returned exit status.
     std::function<int()> body;
 
+    /// The words with which the child says that what it made may be wrong; empty: it never does.
+    std::string_view doubt;
+
     /// The bytes that the child has written so far.
     std::function<std::uintmax_t()> written;
 };
@@ -29,6 +33,7 @@ struct Ending
     int status = 0;           ///< exit status; 128 and the signal's number if one ended it
     bool stalled = false;     ///< it was ended for burning time
     bool interrupted = false; ///< it was ended because corvgs was asked to end
+    bool doubted = false;     ///< it said that what it made may be incorrect
     std::string report;       ///< what it wrote to reportChannel
 };
 

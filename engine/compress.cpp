@@ -4,14 +4,14 @@
 #include "child.h"
 #include "draft.h"
 #include "failure.h"
-#include "inspection.h"
+#include "filesize.h"
+#include "finishing.h"
 #include "interpreter.h"
-#include "judgement.h"
 #include "output.h"
+#include "platform.h"
 #include "privatefolder.h"
 #include "signals.h"
 
-#include <charconv>
 #include <fcntl.h>
 #include <sys/stat.h>
 
@@ -43,12 +43,11 @@ void expect(const Ending &ending, const std::string &who)
         throw Failure(who + " ended with status " + std::to_string(ending.status), ending.status);
 }
 
-std::optional<int> numberIn(const std::string &text)
+// On the disk that takes the copy, where that knows files without a name.
+Descriptor scratchFile(const Output &output, const PrivateFolder &privateFolder)
 {
-    int number = 0;
-    const auto end = text.data() + text.size();
-    const auto [rest, error] = std::from_chars(text.data(), end, number);
-    return error == std::errc() && rest == end ? std::optional(number) : std::nullopt;
+    Descriptor file = platform::openUnnamedFile(output.folder());
+    return file ? std::move(file) : privateFolder.openFile();
 }
 
 } // namespace
@@ -62,16 +61,14 @@ void compress(const Job &job, const Settings &settings)
     const PrivateFolder privateFolder;
     Draft draft(output, privateFolder);
 
-    const Material material = {document.get(), mark.get(), draft.file()};
+    const Descriptor scratch = scratchFile(output, privateFolder);
+    const Material material = {document.get(), mark.get(), scratch.get(), draft.file()};
     Work work = interpretation(job, material, settings, privateFolder.workFolder());
-    work.written = [&] { return draft.size() + privateFolder.workSize(); };
+    work.doubt = "may be incorrect";
+    work.written = [&] { return sizeOf(scratch.get()) + privateFolder.workSize(); };
     const Ending ending = carryOut(work, settings.limits);
     expect(ending, "Ghostscript");
-
-    Evidence evidence = inspect(material, job.password, settings.limits);
-    evidence.pagesWritten = numberIn(ending.report);
-    if (const std::string objection = objectionTo(evidence); !objection.empty())
-        throw Failure(job.input + ": " + objection);
+    finish(job, material, ending, settings.limits);
     if (signals::endRequest() != 0)
         throw Failure("ended by a signal", 128 + signals::endRequest());
     draft.publish(output);

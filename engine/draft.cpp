@@ -1,6 +1,7 @@
 #include "draft.h"
 
 #include "failure.h"
+#include "filesize.h"
 #include "platform.h"
 
 #include <fcntl.h>
@@ -72,8 +73,7 @@ void Draft::giveName(bool unnamed)
 
 std::uintmax_t Draft::size() const
 {
-    struct stat entry = {};
-    return fstat(m_file.get(), &entry) == 0 ? std::uintmax_t(entry.st_size) : 0;
+    return sizeOf(m_file.get());
 }
 
 void Draft::publish(Output &output)

@@ -97,7 +97,7 @@ Work interpretation(const Job &job, const Material &material, const Settings &se
     const auto held = std::make_shared<Held>();
     held->program = openProgram(settings.ghostscript);
     Work work;
-    work.channels = {{draftChannel, material.draft},
+    work.channels = {{draftChannel, material.interpretation},
                      {documentChannel, material.document},
                      {programChannel, held->program.get()}};
     if (!job.mark.empty())

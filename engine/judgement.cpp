@@ -21,6 +21,8 @@ std::string objectionTo(const Evidence &evidence)
     const int document = evidence.pagesInDocument.value_or(*evidence.pagesWritten);
     if (*evidence.pagesInCopy < document)
         return fewerPages(*evidence.pagesInCopy, document);
+    if (evidence.doubted)
+        return "Ghostscript could not make out all of the document";
     return {};
 }
 

@@ -11,6 +11,7 @@ struct Evidence
     std::optional<int> pagesWritten; ///< as Ghostscript's device counted them
     std::optional<int> pagesInDocument;
     std::optional<int> pagesInCopy;
+    bool doubted = false; ///< Ghostscript says itself that its copy may be incorrect
 };
 
 /// Why the copy is not one that may be handed out; empty if it is.

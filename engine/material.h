@@ -7,7 +7,8 @@ struct Material
 {
     int document;
     int mark;
-    int draft;
+    int interpretation; ///< what Ghostscript makes
+    int draft;          ///< the copy
 };
 
 } // namespace engine

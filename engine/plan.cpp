@@ -2,6 +2,7 @@
 
 #include "argumentfile.h"
 #include "channels.h"
+#include "outputintent.h"
 #include "permissions.h"
 #include "switches.h"
 
@@ -23,6 +24,11 @@ struct Line
     std::string input;
     std::string mark;
 };
+
+void append(Words &words, const Words &more)
+{
+    words.insert(words.end(), more.begin(), more.end());
+}
 
 Refusal refusalOf(Words::difference_type position)
 {
@@ -102,14 +108,36 @@ Words encryptionWords(const Line &line)
     return words;
 }
 
-void append(Words &words, const Words &more)
+bool has(const Words &words, std::string_view word)
 {
-    words.insert(words.end(), more.begin(), more.end());
+    return std::find(words.begin(), words.end(), word) != words.end();
+}
+
+Wishes wishesOf(const Line &line, bool encrypted)
+{
+    Wishes wishes;
+    wishes.pdfa = has(line.switches, pdfaSwitch);
+    wishes.smallestBilevel =
+        has(line.switches, jbig2Switch) || has(line.switches, anyMonoFilterSwitch);
+    wishes.compressedFonts = !has(line.switches, plainFontsSwitch);
+    wishes.changes = encrypted || !line.mark.empty();
+    return wishes;
+}
+
+// Ghostscript doesn't know how to write JBIG2. What it writes without loss is encoded anew later.
+Words writableSwitches(Words words)
+{
+    std::replace(words.begin(), words.end(), std::string(jbig2Switch),
+                 std::string("-dMonoImageFilter=/CCITTFaxEncode"));
+    return words;
 }
 
 Words switchWords(const Line &line, bool encrypted)
 {
-    Words words = line.switches;
+    Words words = writableSwitches(line.switches);
+    words.emplace_back("-dAutoRotatePages=/None");
+    if (has(words, pdfaSwitch))
+        append(words, {"-sColorConversionStrategy=RGB", "-dPDFACompatibilityPolicy=1"});
     if (!encrypted)
         return words;
     std::erase_if(words, [](const std::string &word) {
@@ -133,9 +161,11 @@ Words pageReport()
 Words ghostscriptWords(const Line &line, bool encrypted)
 {
     Words words = switchWords(line, encrypted);
-    append(words,
-           {"--permit-file-write=" + nameOf(reportChannel),
-            std::string(outputSwitch) + nameOf(draftChannel), "-f", nameOf(documentChannel)});
+    append(words, {"--permit-file-write=" + nameOf(reportChannel),
+                   std::string(outputSwitch) + nameOf(draftChannel)});
+    if (has(words, pdfaSwitch))
+        append(words, {"-c", std::string(outputIntentProgram)});
+    append(words, {"-f", nameOf(documentChannel)});
     if (!line.mark.empty())
         words.push_back(nameOf(markChannel));
     append(words, pageReport());
@@ -152,9 +182,13 @@ Plan planFor(const Words &arguments)
     if (const auto *refusal = std::get_if<Refusal>(&read))
         return *refusal;
     const Line &line = std::get<Line>(read);
-    Job job{line.input, line.output, line.mark, {}, {}, {}};
+    Job job{line.input, line.output, line.mark, {}, {}, {}, {}};
     planPasswords(line, job);
-    job.arguments = ghostscriptWords(line, !job.argumentFile.empty());
+    const bool encrypted = !job.argumentFile.empty();
+    job.wishes = wishesOf(line, encrypted);
+    if (job.wishes.pdfa && encrypted)
+        return Refusal{"PDF/A allows no passwords"};
+    job.arguments = ghostscriptWords(line, encrypted);
     return job;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "wishes.h"
+
 #include <string>
 #include <variant>
 #include <vector>
@@ -17,6 +19,7 @@ struct Job
     std::vector<std::string> arguments;
     std::string argumentFile; ///< what is to be read from passwordChannel; empty: nothing
     std::string password;     ///< opens the copy; empty: none needed
+    Wishes wishes;
 };
 
 /// Ghostscript gets the command line as it stands and corvgs is out of the way.

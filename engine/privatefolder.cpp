@@ -109,6 +109,17 @@ PrivateFolder::~PrivateFolder()
     removeFolder(m_path);
 }
 
+Descriptor PrivateFolder::openFile() const
+{
+    const fs::path path = m_path / "scratch";
+    Descriptor file(open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+    if (!file)
+        throw Failure::ofSystem("no temporary file");
+    std::error_code ignored;
+    fs::remove(path, ignored);
+    return file;
+}
+
 std::uintmax_t PrivateFolder::workSize() const
 {
     std::uintmax_t size = 0;

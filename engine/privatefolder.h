@@ -19,6 +19,9 @@ public:
     /// Where the engine may write.
     [[nodiscard]] std::filesystem::path workFolder() const { return m_path / "work"; }
 
+    /// An empty file, open for reading and writing, that is out of the engine's reach by name.
+    [[nodiscard]] Descriptor openFile() const;
+
     /// The bytes in workFolder().
     [[nodiscard]] std::uintmax_t workSize() const;
 

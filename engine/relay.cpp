@@ -35,9 +35,10 @@ Relay::Relay()
         fcntl(end, F_SETFD, FD_CLOEXEC);
 }
 
-Relay Relay::to(int descriptor)
+Relay Relay::to(int descriptor, std::string_view phrase)
 {
     Relay relay;
+    relay.m_watch = PhraseWatch(phrase);
     relay.m_reader = descriptor;
     return relay;
 }
@@ -66,6 +67,7 @@ void Relay::takeAll()
 
 void Relay::take(const char *bytes, std::size_t count)
 {
+    m_watch.take({bytes, count});
     m_kept.append(bytes, std::min(count, m_room - m_kept.size()));
     if (m_reader >= 0 && !handOn(m_reader, bytes, count))
         m_reader = -1;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "descriptor.h"
+#include "phrasewatch.h"
 
 #include <cstddef>
 #include <string>
@@ -12,8 +13,9 @@ namespace engine {
 class Relay
 {
 public:
-    /// Hands on what comes to another descriptor, as long as somebody reads there.
-    static Relay to(int descriptor);
+    /// Hands on what comes to another descriptor, as long as somebody reads there, and looks out
+    /// for a phrase in it (empty: none).
+    static Relay to(int descriptor, std::string_view phrase = {});
 
     /// Keeps the first bytes of what comes.
     static Relay keeping(std::size_t bytes);
@@ -25,6 +27,7 @@ public:
     /// Takes what has come so far. After the last byte readEnd() is -1.
     void takeAll();
 
+    [[nodiscard]] bool hasSeenPhrase() const { return m_watch.hasSeen(); }
     [[nodiscard]] const std::string &kept() const { return m_kept; }
 
 private:
@@ -36,6 +39,7 @@ private:
     int m_reader = -1;
     std::size_t m_room = 0;
     std::string m_kept;
+    PhraseWatch m_watch{{}};
 };
 
 } // namespace engine

@@ -10,8 +10,8 @@ namespace {
 constexpr std::string_view deviceSwitch = "-sDEVICE=pdfwrite";
 
 constexpr std::string_view fixedWords[] = {
-    "-q",         "-dBATCH", "-dMaxBitmap=300000000",    "-dNOPAUSE", "-dSAFER",
-    deviceSwitch, "-dPDFA",  "-dCompatibilityLevel=1.4",
+    "-q",         "-dBATCH",  "-dMaxBitmap=300000000",    "-dNOPAUSE", "-dSAFER",
+    deviceSwitch, pdfaSwitch, "-dCompatibilityLevel=1.4",
 };
 // What every line of the window begins with, however bent its end may be.
 constexpr auto windowBeginning = std::span(fixedWords).first(3);

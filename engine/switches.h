@@ -10,6 +10,10 @@ inline constexpr std::string_view outputSwitch = "-sOutputFile=";
 inline constexpr std::string_view userPasswordSwitch = "-sUserPassword=";
 inline constexpr std::string_view ownerPasswordSwitch = "-sOwnerPassword=";
 inline constexpr std::string_view permissionsSwitch = "-dPermissions=";
+inline constexpr std::string_view pdfaSwitch = "-dPDFA";
+inline constexpr std::string_view plainFontsSwitch = "-dCompressFonts=false";
+inline constexpr std::string_view anyMonoFilterSwitch = "-dAutoFilterMonoImages=true";
+inline constexpr std::string_view jbig2Switch = "-dMonoImageFilter=/JBIG2Encode";
 
 /// The name of the switch, its equals sign included, if the window may send this argument, with
 /// this value, in front of the output; empty if it never does.

@@ -1,0 +1,74 @@
+#include "finishing.h"
+
+#include "channels.h"
+#include "confinement.h"
+#include "failure.h"
+#include "filesize.h"
+#include "memorylimit.h"
+#include "pdf/copymaker.h"
+#include "signals.h"
+
+#include <charconv>
+#include <cstdio>
+
+namespace engine {
+
+namespace {
+
+std::optional<int> numberIn(const std::string &text)
+{
+    int number = 0;
+    const auto end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, number);
+    return error == std::errc() && rest == end ? std::optional(number) : std::nullopt;
+}
+
+std::string objectionOf(const CopyOrder &order)
+{
+    try {
+        return makeCopy(order);
+    } catch (const std::exception &error) {
+        return error.what();
+    }
+}
+
+// What there is to object goes back through the channel; nothing is consent.
+int makeConfined(const CopyOrder &order, const Limits &limits)
+{
+    Reach reach;
+    reach.readableDescriptors = {documentChannel, interpretationChannel};
+    reach.writableDescriptors = {draftChannel};
+    confine(reach);
+    limitOwnMemory(limits.memory);
+    dprintf(reportChannel, "%s", objectionOf(order).c_str());
+    return 0;
+}
+
+void expect(const Ending &ending, const std::string &input)
+{
+    if (ending.interrupted)
+        throw Failure("ended by a signal", 128 + signals::endRequest());
+    if (ending.stalled || ending.signal != 0 || ending.status != 0)
+        throw Failure(input + ": the document breaks whoever reads it");
+    if (!ending.report.empty())
+        throw Failure(input + ": " + ending.report);
+}
+
+} // namespace
+
+void finish(const Job &job, const Material &material, const Ending &ghostscript,
+            const Limits &limits)
+{
+    const CopyOrder order = {
+        documentChannel, interpretationChannel,        draftChannel,       job.password,
+        job.wishes,      numberIn(ghostscript.report), ghostscript.doubted};
+    Work work;
+    work.channels = {{draftChannel, material.draft},
+                     {documentChannel, material.document},
+                     {interpretationChannel, material.interpretation}};
+    work.body = [&] { return makeConfined(order, limits); };
+    work.written = [&] { return sizeOf(material.draft); };
+    expect(carryOut(work, limits), job.input);
+}
+
+} // namespace engine

@@ -1,0 +1,185 @@
+#include "copymaker.h"
+
+#include "../filesize.h"
+#include "../judgement.h"
+#include "bilevelimages.h"
+#include "copywriter.h"
+#include "description.h"
+#include "document.h"
+#include "links.h"
+#include "losses.h"
+#include "pdfa.h"
+#include "recompression.h"
+
+#include <memory>
+
+namespace engine {
+
+namespace {
+
+std::unique_ptr<Document> opened(int file, const std::string &password, Trust trust)
+{
+    try {
+        return std::make_unique<Document>(file, password, trust);
+    } catch (const std::exception &) {
+        return nullptr;
+    }
+}
+
+std::optional<int> pagesOf(const std::unique_ptr<Document> &document)
+{
+    try {
+        return document ? std::optional(document->pages()) : std::nullopt;
+    } catch (const std::exception &) {
+        return {};
+    }
+}
+
+class CopyMaker
+{
+public:
+    explicit CopyMaker(const CopyOrder &order);
+
+    std::string make();
+
+private:
+    std::string makePdfa();
+    std::string makeOfDamaged();
+    bool losesNothing();
+    void settleInterpretation();
+    std::uintmax_t writeInterpretation();
+    std::uintmax_t writeDocument();
+    std::optional<std::uintmax_t> remakeDocument();
+    [[nodiscard]] Form form(bool objectStreams) const;
+
+    const CopyOrder &m_order;
+    std::unique_ptr<Document> m_document;       // null: nobody can read it
+    std::unique_ptr<Document> m_interpretation; // null: damaged
+    std::string m_objection;                    // to the interpretation
+    std::uintmax_t m_documentSize;
+    bool m_settled = false; ///< the interpretation
+};
+
+CopyMaker::CopyMaker(const CopyOrder &order)
+    : m_order(order)
+    , m_document(opened(order.document, {}, Trust::Foreign))
+    , m_interpretation(opened(order.interpretation, order.password, Trust::Own))
+    , m_documentSize(sizeOf(order.document))
+{
+    m_objection = objectionTo(
+        {order.pagesWritten, pagesOf(m_document), pagesOf(m_interpretation), order.doubted});
+}
+
+std::string CopyMaker::make()
+{
+    if (m_order.wishes.pdfa)
+        return makePdfa();
+    const bool complete = m_objection.empty() && losesNothing();
+    const auto interpreted = complete ? std::optional(writeInterpretation()) : std::nullopt;
+    if (interpreted && *interpreted < m_documentSize)
+        return {};
+    const auto remade = remakeDocument();
+    if (!remade)
+        return makeOfDamaged();
+    if (interpreted && *interpreted <= *remade)
+        writeInterpretation();
+    return {};
+}
+
+// Size matters less here: PDF/A brings what the document may not have, its fonts above all.
+std::string CopyMaker::makePdfa()
+{
+    if (m_objection.empty())
+        m_objection = pdfaObjection(m_interpretation->pdf());
+    if (m_objection.empty() && m_document && needsForeignFonts(m_document->pdf()))
+        m_objection = "it can't become PDF/A-1b: it does not bring its fonts along";
+    if (m_objection.empty()) {
+        losesNothing();
+        settlePdfa(m_interpretation->pdf());
+        writeInterpretation();
+    }
+    return m_objection;
+}
+
+// What Ghostscript repaired is better than what it was, but not at any price.
+std::string CopyMaker::makeOfDamaged()
+{
+    if (!m_objection.empty())
+        return m_objection;
+    if (writeInterpretation() > m_documentSize && !m_order.wishes.changes)
+        writeBytes(m_order.document, m_order.copy);
+    return {};
+}
+
+// Of a document that breaks off on the way, what Ghostscript found is all there is to find.
+bool CopyMaker::losesNothing()
+{
+    if (!m_document)
+        return true;
+    try {
+        restoreLinks(m_interpretation->pdf(), m_document->pdf(), m_order.wishes.pdfa);
+        return lossOf(m_document->pdf(), m_interpretation->pdf()).empty();
+    } catch (const QPDFExc &) {
+        return true;
+    }
+}
+
+void CopyMaker::settleInterpretation()
+{
+    QPDF &pdf = m_interpretation->pdf();
+    QPDF *original = m_document && m_document->isSound() ? &m_document->pdf() : nullptr;
+    shrinkBilevelImages(pdf, original, m_order.wishes.smallestBilevel);
+    recompress(pdf, m_order.wishes.compressedFonts);
+    settleDescription(pdf, m_order.wishes.pdfa);
+    m_settled = true;
+}
+
+std::uintmax_t CopyMaker::writeInterpretation()
+{
+    if (!m_settled)
+        settleInterpretation();
+    return writeCopy(m_interpretation->pdf(), m_order.copy, form(false));
+}
+
+Form CopyMaker::form(bool objectStreams) const
+{
+    return {objectStreams, m_order.password.empty() ? nullptr : &m_interpretation->pdf()};
+}
+
+// Without object streams, which the compatibility level of the window's line doesn't allow. Only
+// where the document has them already, and would grow without them, they stay.
+std::uintmax_t CopyMaker::writeDocument()
+{
+    const std::uintmax_t size = writeCopy(m_document->pdf(), m_order.copy, form(false));
+    if (size < m_documentSize || !m_document->hasObjectStreams())
+        return size;
+    return writeCopy(m_document->pdf(), m_order.copy, form(true));
+}
+
+// The document itself, rewritten without loss; its size, or nothing if it is damaged.
+std::optional<std::uintmax_t> CopyMaker::remakeDocument()
+{
+    if (!m_document || !m_interpretation)
+        return {};
+    try {
+        takeDescription(m_document->pdf(), m_interpretation->pdf(), m_objection.empty());
+        recompress(m_document->pdf(), true);
+        const std::uintmax_t size = writeDocument();
+        if (!m_document->isSound())
+            return {};
+        if (size > m_documentSize && !m_order.wishes.changes)
+            return writeBytes(m_order.document, m_order.copy);
+        return size;
+    } catch (const QPDFExc &) {
+        return {};
+    }
+}
+
+} // namespace
+
+std::string makeCopy(const CopyOrder &order)
+{
+    return CopyMaker(order).make();
+}
+
+} // namespace engine

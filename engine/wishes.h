@@ -1,0 +1,19 @@
+#pragma once
+
+namespace engine {
+
+/// What the command line asks of the copy, beyond what Ghostscript does for it.
+struct Wishes
+{
+    bool pdfa = false;
+
+    /// Bilevel images may take whatever lossless compression makes them smallest, JBIG2 above all.
+    bool smallestBilevel = false;
+
+    bool compressedFonts = true;
+
+    /// A document information mark, or passwords: without them the original itself may do.
+    bool changes = false;
+};
+
+} // namespace engine

@@ -135,9 +135,6 @@ Words writableSwitches(Words words)
 Words switchWords(const Line &line, bool encrypted)
 {
     Words words = writableSwitches(line.switches);
-    words.emplace_back("-dAutoRotatePages=/None");
-    if (has(words, pdfaSwitch))
-        append(words, {"-sColorConversionStrategy=RGB", "-dPDFACompatibilityPolicy=1"});
     if (!encrypted)
         return words;
     std::erase_if(words, [](const std::string &word) {
@@ -160,10 +157,14 @@ Words pageReport()
 
 Words ghostscriptWords(const Line &line, bool encrypted)
 {
+    const bool pdfa = has(line.switches, pdfaSwitch);
     Words words = switchWords(line, encrypted);
+    words.emplace_back("-dAutoRotatePages=/None");
+    if (pdfa)
+        append(words, {"-sColorConversionStrategy=RGB", "-dPDFACompatibilityPolicy=1"});
     append(words, {"--permit-file-write=" + nameOf(reportChannel),
                    std::string(outputSwitch) + nameOf(draftChannel)});
-    if (has(words, pdfaSwitch))
+    if (pdfa)
         append(words, {"-c", std::string(outputIntentProgram)});
     append(words, {"-f", nameOf(documentChannel)});
     if (!line.mark.empty())

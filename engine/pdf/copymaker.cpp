@@ -101,12 +101,14 @@ std::string CopyMaker::makePdfa()
     return m_objection;
 }
 
-// What Ghostscript repaired is better than what it was, but not at any price.
+// What Ghostscript repaired is worth more than what it was, even if it takes more room. A flaw that
+// keeps nobody from reading is not.
 std::string CopyMaker::makeOfDamaged()
 {
     if (!m_objection.empty())
         return m_objection;
-    if (writeInterpretation() > m_documentSize && !m_order.wishes.changes)
+    const bool readable = m_document && !m_document->neededRepair();
+    if (writeInterpretation() > m_documentSize && readable && !m_order.wishes.changes)
         writeBytes(m_order.document, m_order.copy);
     return {};
 }

@@ -74,10 +74,11 @@ void addImage(Pdf &pdf, Motif motif, int size, const QByteArray &colourSpace, in
               int bits)
 {
     const QByteArray width = QByteArray::number(size);
+    // Four bytes for one: a bilevel image keeps its stream if a copy's would be longer.
     pdf.addStream("/Type /XObject /Subtype /Image /Width " + width + " /Height " + width +
                       " /ColorSpace /" + colourSpace + " /BitsPerComponent " +
-                      QByteArray::number(bits),
-                  samples(motif, components, size * components * bits / 8, size));
+                      QByteArray::number(bits) + " /Filter [/ASCIIHexDecode /ASCIIHexDecode]",
+                  samples(motif, components, size * components * bits / 8, size).toHex().toHex());
 }
 
 } // namespace
@@ -115,7 +116,9 @@ bool writeText(const QString &path)
     const tools::Result drawn =
         tools::run("gs", {"-q", "-dBATCH", "-dNOPAUSE", "-sDEVICE=pdfwrite", "-dSubsetFonts=false",
                           "-dEmbedAllFonts=true", "-sOutputFile=" + path, program.fileName()});
-    return drawn.exitCode == 0;
+    // So large that a copy is smaller whatever is asked of it.
+    return drawn.exitCode == 0 &&
+           tools::run("qpdf", {"--stream-data=uncompress", "--replace-input", path}).exitCode == 0;
 }
 
 } // namespace originals

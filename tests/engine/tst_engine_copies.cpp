@@ -194,12 +194,13 @@ void TestCopies::ghostscriptsStatus()
 {
     Bench bench;
     write(bench.in(u"a.pdf"_s), "undefinedword");
-    Run bare =
+    const Run bare =
         bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"b.pdf"_s)), Bench::ghostscript());
     const Run run = bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s)));
     QVERIFY(bare.status > 0);
     QCOMPARE(run.status, bare.status);
-    QCOMPARE(run.output, bare.output.replace(bench.in(u"a.pdf"_s).toUtf8(), "/dev/fd/4"));
+    QCOMPARE(run.output.left(run.output.indexOf('\n')),
+             bare.output.left(bare.output.indexOf('\n')));
 }
 
 // Without -dBATCH, Ghostscript asks for more at the end.

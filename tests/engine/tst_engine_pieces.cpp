@@ -2,7 +2,9 @@
 #include "engine/ghostscript.h"
 #include "engine/judgement.h"
 #include "engine/limits.h"
+#include "engine/phrasewatch.h"
 #include "engine/stallwatch.h"
+#include "engine/xmp.h"
 
 #include <QDir>
 #include <QFile>
@@ -20,6 +22,14 @@ class TestPieces : public QObject
 private slots:
     void judgement_data();
     void judgement();
+    void doubt();
+    void phrase_data();
+    void phrase();
+    void xmpDate_data();
+    void xmpDate();
+    void xmpPacket();
+    void utf8_data();
+    void utf8();
     void stall();
     void slowButSound();
     void oneLine();
@@ -46,6 +56,103 @@ void TestPieces::judgement_data()
     QTest::newRow("pages lost") << 2 << 3 << 2 << u"the copy has 2 of 3 pages"_s;
     QTest::newRow("pages lost on the way") << 3 << unknown << 2 << u"the copy has 2 of 3 pages"_s;
     QTest::newRow("damaged copy") << 3 << 3 << unknown << u"the copy is damaged"_s;
+}
+
+void TestPieces::doubt()
+{
+    QCOMPARE(engine::objectionTo({3, 3, 3, true}),
+             std::string("Ghostscript could not make out all of the document"));
+    QCOMPARE(engine::objectionTo({2, 3, 2, true}), std::string("the copy has 2 of 3 pages"));
+}
+
+void TestPieces::phrase_data()
+{
+    QTest::addColumn<QStringList>("pieces");
+    QTest::addColumn<bool>("seen");
+    QTest::newRow("at once") << QStringList{u"Output may be incorrect.\n"_s} << true;
+    QTest::newRow("in two") << QStringList{u"Output may b"_s, u"e incorrect."_s} << true;
+    QTest::newRow("letter by letter")
+        << u"may be incorrect"_s.split(QString(), Qt::SkipEmptyParts) << true;
+    QTest::newRow("after much else")
+        << QStringList{QString(9999, u'm'), u"may be inc"_s, u"orrect"_s, u"x"_s} << true;
+    QTest::newRow("never") << QStringList{u"may be"_s, u" correct, incorrect"_s} << false;
+    QTest::newRow("nothing") << QStringList{QString()} << false;
+}
+
+void TestPieces::phrase()
+{
+    QFETCH(QStringList, pieces);
+    engine::PhraseWatch watch("may be incorrect");
+    for (const QString &piece : pieces)
+        watch.take(piece.toStdString());
+    QTEST(watch.hasSeen(), "seen");
+    engine::PhraseWatch none("");
+    none.take("anything");
+    QVERIFY(!none.hasSeen());
+}
+
+void TestPieces::xmpDate_data()
+{
+    QTest::addColumn<QString>("date");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("east") << u"D:20240131235958+01'30'"_s << u"2024-01-31T23:59:58+01:30"_s;
+    QTest::newRow("west") << u"D:20240131235958-08'00"_s << u"2024-01-31T23:59:58-08:00"_s;
+    QTest::newRow("hours only") << u"D:20240131235958-08"_s << u"2024-01-31T23:59:58-08:00"_s;
+    QTest::newRow("zulu") << u"D:20240131235958Z"_s << u"2024-01-31T23:59:58Z"_s;
+    QTest::newRow("no zone") << u"D:20240131235958"_s << u"2024-01-31T23:59:58Z"_s;
+    QTest::newRow("a zone of nonsense") << u"D:20240131235958+x"_s << u"2024-01-31T23:59:58Z"_s;
+    QTest::newRow("day only") << u"D:20240131"_s << QString();
+    QTest::newRow("no date") << u"yesterday"_s << QString();
+    QTest::newRow("nothing") << QString() << QString();
+}
+
+void TestPieces::xmpDate()
+{
+    QFETCH(QString, date);
+    QTEST(QString::fromStdString(engine::xmpDate(date.toStdString())), "expected");
+}
+
+void TestPieces::xmpPacket()
+{
+    engine::Description description;
+    description.title = "Zoë & <Co>\x01";
+    description.author = "A";
+    description.created = "D:20240131235958Z";
+    const auto packet = QString::fromStdString(engine::xmpPacket(description, false));
+    QVERIFY(packet.contains(u"<dc:title><rdf:Alt><rdf:li xml:lang=\"x-default\">"
+                            "Zoë &amp; &lt;Co&gt; </rdf:li></rdf:Alt></dc:title>"_s));
+    QVERIFY(packet.contains("<dc:creator><rdf:Seq><rdf:li>A</rdf:li></rdf:Seq></dc:creator>"_L1));
+    QVERIFY(packet.contains("<xmp:CreateDate>2024-01-31T23:59:58Z</xmp:CreateDate>"_L1));
+    QVERIFY(!packet.contains("ModifyDate"_L1));
+    QVERIFY(!packet.contains("dc:description"_L1));
+    QVERIFY(!packet.contains("pdfaid:part>"_L1));
+    const auto claim = QString::fromStdString(engine::xmpPacket({}, true));
+    QVERIFY(claim.contains("<pdfaid:part>1</pdfaid:part>"_L1));
+    QVERIFY(claim.contains("<pdfaid:conformance>B</pdfaid:conformance>"_L1));
+}
+
+void TestPieces::utf8_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<bool>("expected");
+    QTest::newRow("ASCII") << QByteArray("Zoe") << false;
+    QTest::newRow("two bytes") << QByteArray("Zo\xc3\xab") << true;
+    QTest::newRow("three bytes") << QByteArray("\xe5\xa0\xb1 1") << true;
+    QTest::newRow("four bytes") << QByteArray("\xf0\x9f\x99\x82") << true;
+    QTest::newRow("Latin-1") << QByteArray("Zo\xeb") << false;
+    QTest::newRow("Latin-1 inside") << QByteArray("Zo\xeb!!") << false;
+    QTest::newRow("cut off") << QByteArray("Zo\xc3") << false;
+    QTest::newRow("a follower alone") << QByteArray("\xab") << false;
+    QTest::newRow("too long a form") << QByteArray("\xc1\x81") << false;
+    QTest::newRow("UTF-16") << QByteArray("\xfe\xff\x00Z", 4) << false;
+    QTest::newRow("both kinds") << QByteArray("\xc3\xab\xeb") << false;
+    QTest::newRow("nothing") << QByteArray() << false;
+}
+
+void TestPieces::utf8()
+{
+    QFETCH(QByteArray, text);
+    QTEST(engine::isUtf8BeyondAscii(text.toStdString()), "expected");
 }
 
 void TestPieces::judgement()

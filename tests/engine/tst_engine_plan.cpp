@@ -1,3 +1,4 @@
+#include "engine/outputintent.h"
 #include "engine/plan.h"
 
 #include <QTest>
@@ -17,7 +18,8 @@ const QString images =
     "-dMonoImageFilter=/FlateEncode"_s;
 const QString files = u" -sOutputFile=/out/a.pdf -f /in/a.pdf"_s;
 const QString plannedFiles =
-    u" --permit-file-write=/dev/fd/7 -sOutputFile=/dev/fd/3 -f /dev/fd/4"_s;
+    u" -dAutoRotatePages=/None --permit-file-write=/dev/fd/7 -sOutputFile=/dev/fd/3 -f "
+    "/dev/fd/4"_s;
 const QStringList pageReport = {
     u"-c"_s, u"(/dev/fd/7) (w) file dup currentpagedevice /PageCount get 20 string cvs "
              "writestring closefile"_s};
@@ -53,6 +55,9 @@ class TestPlan : public QObject
 private slots:
     void arguments_data();
     void arguments();
+    void pdfa();
+    void wishes_data();
+    void wishes();
     void names();
     void passwords_data();
     void passwords();
@@ -79,9 +84,10 @@ void TestPlan::arguments_data()
     row("base only", base, base);
     row("default", base + images + " -dPermissions=-4"_L1, base + images + " -dPermissions=-4"_L1);
     row("mark", base, base, u" /tmp/pdfinfo.txt"_s, u" /dev/fd/5"_s);
-    row("PDF/A", base + " -dPDFA"_L1, base + " -dPDFA"_L1);
-    row("both passwords", base + " -sUserPassword=u -sOwnerPassword=o -dPermissions=-4 -dPDFA"_L1,
-        base + " -dPDFA"_L1 + encryption + " -dPermissions=-4"_L1);
+    row("both passwords", base + " -sUserPassword=u -sOwnerPassword=o -dPermissions=-4"_L1,
+        base + encryption + " -dPermissions=-4"_L1);
+    row("JBIG2", base + " -dAutoFilterMonoImages=false -dMonoImageFilter=/JBIG2Encode"_L1,
+        base + " -dAutoFilterMonoImages=false -dMonoImageFilter=/CCITTFaxEncode"_L1);
     row("user password", base + " -sUserPassword=u"_L1, base + encryption);
     row("owner password, printing denied", base + " -sOwnerPassword=o -dPermissions=-8"_L1,
         base + encryption + " -dPermissions=-2056"_L1);
@@ -98,6 +104,56 @@ void TestPlan::arguments()
     const auto plan = planFor(line);
     QVERIFY(std::holds_alternative<engine::Job>(plan));
     QCOMPARE(textOf(std::get<engine::Job>(plan).arguments), planned.split(u' ') + pageReport);
+}
+
+void TestPlan::pdfa()
+{
+    const auto plan = planFor(base + " -dPDFA"_L1 + files);
+    const QStringList words = textOf(std::get<engine::Job>(plan).arguments);
+    const QString outputIntent = QString::fromUtf8(engine::outputIntentProgram);
+    const QString switches = base + " -dPDFA -dAutoRotatePages=/None -sColorConversionStrategy=RGB "
+                                    "-dPDFACompatibilityPolicy=1 --permit-file-write=/dev/fd/7 "
+                                    "-sOutputFile=/dev/fd/3 -c"_L1;
+    const QStringList rest = {outputIntent, u"-f"_s, u"/dev/fd/4"_s};
+    QCOMPARE(words, switches.split(u' ') + rest + pageReport);
+    QVERIFY(outputIntent.contains("/GTS_PDFA1"_L1));
+    QVERIFY(outputIntent.contains("(srgb.icc)"_L1));
+}
+
+void TestPlan::wishes_data()
+{
+    QTest::addColumn<QString>("switches");
+    QTest::addColumn<bool>("pdfa");
+    QTest::addColumn<bool>("smallestBilevel");
+    QTest::addColumn<bool>("compressedFonts");
+    QTest::addColumn<bool>("changes");
+    const auto row = [](const char *switches, bool pdfa, bool bilevel, bool fonts, bool changes) {
+        QTest::newRow(switches) << QString::fromLatin1(switches) << pdfa << bilevel << fonts
+                                << changes;
+    };
+    row("", false, false, true, false);
+    row(" -dPDFA", true, false, true, false);
+    row(" -dAutoFilterMonoImages=false -dMonoImageFilter=/JBIG2Encode", false, true, true, false);
+    row(" -dAutoFilterMonoImages=true", false, true, true, false);
+    row(" -dAutoFilterMonoImages=false -dMonoImageFilter=/FlateEncode", false, false, true, false);
+    row(" -dCompressFonts=true", false, false, true, false);
+    row(" -dCompressFonts=false", false, false, false, false);
+    row(" -dPermissions=-64", false, false, true, false);
+    row(" -sUserPassword=u", false, false, true, true);
+    row(" -sOwnerPassword=u", false, false, true, true);
+}
+
+void TestPlan::wishes()
+{
+    QFETCH(QString, switches);
+    const auto plan = planFor(base + switches + files);
+    const engine::Wishes wishes = std::get<engine::Job>(plan).wishes;
+    QTEST(wishes.pdfa, "pdfa");
+    QTEST(wishes.smallestBilevel, "smallestBilevel");
+    QTEST(wishes.compressedFonts, "compressedFonts");
+    QTEST(wishes.changes, "changes");
+    const auto withMark = planFor(base + switches + files + " /tmp/pdfinfo.txt"_L1);
+    QVERIFY(std::get<engine::Job>(withMark).wishes.changes);
 }
 
 void TestPlan::names()
@@ -256,6 +312,8 @@ void TestPlan::refuses_data()
                              "-dCompatibilityLevel=1.4"}) {
         row(word, base + u' ' + QString::fromLatin1(word) + files, eighth);
     }
+    row("PDF/A with a password", base + " -dPDFA -sUserPassword=u"_L1 + files,
+        u"PDF/A allows no passwords"_s);
     const QString noFiles = u"no output, or no -f and one input behind it"_s;
     row("two outputs", base + " -sOutputFile=/home/x"_L1 + files, noFiles);
     row("switch behind the output", base + " -sOutputFile=/out/a.pdf -dNOSAFER -f /in/a.pdf"_L1,

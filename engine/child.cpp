@@ -1,6 +1,7 @@
 #include "child.h"
 
 #include "channels.h"
+#include "diskwatch.h"
 #include "failure.h"
 #include "platform.h"
 #include "relay.h"
@@ -18,7 +19,7 @@ namespace engine {
 
 namespace {
 
-constexpr int tick = 1000; // ms between two looks at the processor time
+constexpr int tick = 250; // ms between two looks at what the child has used up
 constexpr std::size_t reportRoom = 4096;
 
 // In two steps, because one channel's number may be another one's descriptor. The child has nothing
@@ -91,6 +92,7 @@ public:
         : m_child(child)
         , m_work(work)
         , m_stall(limits.stall)
+        , m_disk(work.folders, limits.reserve)
     {
     }
 
@@ -101,17 +103,30 @@ public:
         const auto now = std::chrono::steady_clock::now();
         if (now >= m_nextLook) {
             m_nextLook = now + std::chrono::milliseconds(tick);
-            const auto burnt = platform::processorTimeOf(m_child);
-            ending.stalled = burnt && m_stall.isStalled(*burnt, m_work.written());
+            ending.offence = offence();
         }
-        if (ending.interrupted || ending.stalled)
+        if (ending.interrupted || !ending.offence.empty())
             endChild(m_child);
     }
 
 private:
+    std::string offence()
+    {
+        const std::uintmax_t written = m_work.written();
+        if (written > m_work.mostWritten)
+            return "wrote far more than a copy of the document takes";
+        if (m_disk.isFillingUp())
+            return "was about to fill the disk";
+        const auto burnt = platform::processorTimeOf(m_child);
+        if (burnt && m_stall.isStalled(*burnt, written))
+            return "used up its time without writing anything";
+        return {};
+    }
+
     pid_t m_child;
     const Work &m_work;
     StallWatch m_stall;
+    DiskWatch m_disk;
     std::chrono::steady_clock::time_point m_nextLook = std::chrono::steady_clock::now();
 };
 
@@ -134,7 +149,7 @@ Ending carryOut(const Work &work, const Limits &limits)
     Watch watch(child, work, limits);
     while (!hasEnded(child, status)) {
         listen(lines);
-        if (!ending.stalled)
+        if (ending.offence.empty())
             watch.look(ending);
     }
     kill(-child, SIGKILL); // whom it left behind

@@ -31,12 +31,18 @@ Descriptor openFile(const std::string &path)
     return file;
 }
 
+std::uintmax_t sizeOf(const Descriptor &file)
+{
+    struct stat entry = {};
+    return fstat(file.get(), &entry) == 0 ? std::uintmax_t(entry.st_size) : 0;
+}
+
 void expect(const Ending &ending, const std::string &who)
 {
     if (ending.interrupted)
         throw Failure("ended by a signal", 128 + signals::endRequest());
-    if (ending.stalled)
-        throw Failure(who + " used up its time without writing anything");
+    if (!ending.offence.empty())
+        throw Failure(who + " " + ending.offence);
     if (ending.signal != 0)
         throw Failure(who + " was ended by signal " + std::to_string(ending.signal), ending.status);
     if (ending.status != 0)
@@ -65,6 +71,8 @@ void compress(const Job &job, const Settings &settings)
     const Material material = {document.get(), mark.get(), draft.file()};
     Work work = interpretation(job, material, settings, privateFolder.workFolder());
     work.written = [&] { return draft.size() + privateFolder.workSize(); };
+    work.mostWritten = settings.limits.outputFor(sizeOf(document));
+    work.folders = {output.folderPath(), privateFolder.workFolder()};
     const Ending ending = carryOut(work, settings.limits);
     expect(ending, "Ghostscript");
 

@@ -7,6 +7,9 @@
 //   wait            says "ready" and waits for ever
 //   loop crash      what the words say
 //   memory          takes MiB after MiB: status 20 when it gets no more, 10 after 6 GiB
+//   fill            writes 48 MiB into the file and waits for ever
+//   fill-hidden     the same into a temporary file that it has removed
+//   fill-many       the same into 48 temporary files
 //   talk            says a mebibyte and becomes Ghostscript
 //   unfolder        removes what is in the folder, and the folder, and becomes Ghostscript
 
@@ -26,6 +29,7 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 namespace {
 
@@ -146,6 +150,39 @@ int loop()
         turn = !turn;
 }
 
+// Whatever became of it: what follows is not to be seen as an end of one's own.
+int fill(const std::vector<int> &files)
+{
+    const std::string mebibyte(1 << 20, 'x');
+    for (int count = 0; count < 48; ++count) {
+        const int file = files[std::size_t(count) % files.size()];
+        if (write(file, mebibyte.data(), mebibyte.size()) < 0)
+            return denied;
+    }
+    return wait();
+}
+
+int temporaryFile(int number)
+{
+    path = std::getenv("TMPDIR") + ("/" + std::to_string(number));
+    return open(path.c_str(), O_WRONLY | O_CREAT, 0600);
+}
+
+int fillHidden()
+{
+    const int file = temporaryFile(0);
+    unlink(path.c_str());
+    return fill({file});
+}
+
+int fillMany()
+{
+    std::vector<int> files;
+    for (int number = 0; number < 48; ++number)
+        files.push_back(temporaryFile(number));
+    return fill(files);
+}
+
 int crash()
 {
     std::raise(SIGSEGV);
@@ -174,6 +211,9 @@ const std::map<std::string, std::function<int()>> behaviours = {
     {"wait", wait},
     {"loop", loop},
     {"crash", crash},
+    {"fill", [] { return fill({open(path.c_str(), O_WRONLY)}); }},
+    {"fill-hidden", fillHidden},
+    {"fill-many", fillMany},
     {"talk", talk},
     {"unfolder", unfolder},
 };

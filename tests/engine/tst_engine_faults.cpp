@@ -25,6 +25,11 @@ private slots:
     void notAProgram();
     void burningTime();
     void eatingMemory();
+    void writingWithoutEnd_data();
+    void writingWithoutEnd();
+    void fillingTheDisk_data();
+    void fillingTheDisk();
+    void almostFullDisk();
     void terminated_data();
     void terminated();
     void ignoredSignalStaysIgnored();
@@ -48,7 +53,8 @@ private:
     static QStringList line(const Bench &bench);
     static void verifyNothingLeft(const Bench &bench);
     static void verifyFailure(const Run &run, const QByteArray &reason, int status = 1);
-    static Run runOnTinyDisk(const Bench &bench, const QString &mount, const QString &tiny);
+    static Run runOnTinyDisk(const Bench &bench, const QString &mount, const QString &tiny,
+                             const QString &program = Bench::corvgs());
 };
 
 QStringList TestFaults::line(const Bench &bench)
@@ -142,6 +148,59 @@ void TestFaults::eatingMemory()
     verifyNothingLeft(bench);
 }
 
+void TestFaults::writingWithoutEnd_data()
+{
+    QTest::addColumn<QString>("wish");
+    QTest::newRow("copy") << u"fill:/dev/fd/3"_s;
+    QTest::newRow("temporary files") << u"fill-many"_s;
+}
+
+void TestFaults::writingWithoutEnd()
+{
+    QFETCH(QString, wish);
+    Bench bench;
+    write(bench.in(u"a.pdf"_s), samplePdf());
+    bench.environment.insert(u"DRIVER_OUTPUT"_s, u"40"_s);
+    verifyFailure(bench.runStandin(wish, Bench::Confined),
+                  "Ghostscript wrote far more than a copy of the document takes");
+    verifyNothingLeft(bench);
+}
+
+void TestFaults::fillingTheDisk_data()
+{
+    QTest::addColumn<QString>("wish");
+    QTest::addColumn<bool>("inOutput"); // the small disk: there, or in the temporary folder
+    QTest::newRow("copy") << u"fill:/dev/fd/3"_s << true;
+    QTest::newRow("removed temporary file") << u"fill-hidden"_s << false;
+}
+
+void TestFaults::fillingTheDisk()
+{
+    QFETCH(QString, wish);
+    QFETCH(bool, inOutput);
+    Bench bench;
+    write(bench.in(u"a.pdf"_s), samplePdf());
+    bench.setStandin(wish);
+    bench.environment.insert(u"DRIVER_RESERVE"_s, u"24"_s);
+    const Run run = runOnTinyDisk(bench, u"size=64m"_s, inOutput ? bench.out() : bench.temporary(),
+                                  Bench::driver(Bench::Confined));
+    verifyFailure(run, "Ghostscript was about to fill the disk");
+    QCOMPARE(run.output, QByteArray("ready\n")); // of the stand-in; nothing is left on the disk
+    verifyNothingLeft(bench);
+}
+
+// What little is free may be used.
+void TestFaults::almostFullDisk()
+{
+    Bench bench;
+    write(bench.in(u"a.pdf"_s), samplePdf());
+    bench.environment.insert(u"DRIVER_RESERVE"_s, u"24"_s);
+    const Run run = runOnTinyDisk(bench, u"size=4m"_s, bench.out(), Bench::driver(Bench::Confined));
+    QCOMPARE(run.errors, QByteArray());
+    QCOMPARE(run.output, QByteArray("a.pdf\n"));
+    QCOMPARE(run.status, 0);
+}
+
 void TestFaults::terminated_data()
 {
     QTest::addColumn<int>("signal");
@@ -213,7 +272,8 @@ void TestFaults::closedStandardStreams()
 
 // In a mount namespace of its own, a folder becomes another disk. Prints what is left in it. Only
 // those who aren't root need a user namespace for that, which a changed root folder forbids.
-Run TestFaults::runOnTinyDisk(const Bench &bench, const QString &mount, const QString &tiny)
+Run TestFaults::runOnTinyDisk(const Bench &bench, const QString &mount, const QString &tiny,
+                              const QString &program)
 {
     QStringList arguments{u"--mount"_s};
     if (geteuid() != 0)
@@ -221,7 +281,7 @@ Run TestFaults::runOnTinyDisk(const Bench &bench, const QString &mount, const QS
     arguments << u"sh"_s << u"-c"_s
               << u"disk=$1 options=$2; shift 2; mount -t tmpfs -o \"$options\" corvgs \"$disk\" "
                  "|| exit 99; \"$0\" \"$@\"; status=$?; ls -A \"$disk\"; exit $status"_s
-              << Bench::corvgs() << tiny << mount;
+              << program << tiny << mount;
     return bench.run(arguments + line(bench), u"unshare"_s);
 }
 

@@ -1,6 +1,6 @@
 // Stands in Ghostscript's place and does what STANDIN says, a verb and mostly a path:
 //
-//   the keys of "attempts" below
+//   the keys of "attempts" below and of callAttempts()
 //                   tries it: status 10 when it could, 20 when it was denied
 //   arguments       prints its arguments, one a line
 //   descriptors     prints the numbers of those that are open
@@ -12,6 +12,8 @@
 //   fill-many       the same into 48 temporary files
 //   talk            says a mebibyte and becomes Ghostscript
 //   unfolder        removes what is in the folder, and the folder, and becomes Ghostscript
+
+#include "standincalls.h"
 
 #include <cerrno>
 #include <csignal>
@@ -229,5 +231,7 @@ int main(int, char *argv[])
     path = colon == std::string::npos ? "" : wish.substr(colon + 1);
     if (const auto behaviour = behaviours.find(verb); behaviour != behaviours.end())
         return behaviour->second();
-    return attempts.at(verb)() ? could : denied;
+    if (const auto attempt = attempts.find(verb); attempt != attempts.end())
+        return attempt->second() ? could : denied;
+    return callAttempts().at(verb)(std::atoi(path.c_str())) ? could : denied;
 }

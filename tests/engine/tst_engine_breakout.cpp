@@ -17,6 +17,10 @@ private slots:
     void kernelIsUpToIt();
     void standin_data();
     void standin();
+    void calls_data();
+    void calls();
+    void allowedCalls_data();
+    void allowedCalls();
     void reachable_data();
     void reachable();
     void postScript_data();
@@ -124,6 +128,74 @@ void TestBreakout::standin()
         QCOMPARE(Bench::namesIn(bench.home()), QStringList{u"secret"_s});
         QCOMPARE(Bench::namesIn(bench.out()), QStringList{u"mine"_s});
     }
+}
+
+void TestBreakout::calls_data()
+{
+    QTest::addColumn<QString>("wish");
+    for (const QString &wish : {u"start-shell"_s,
+                                u"become-shell"_s,
+                                u"fork"_s,
+                                u"socket"_s,
+                                u"local-socket"_s,
+                                u"chmod:{home}/secret"_s,
+                                u"truncate:{home}/secret"_s,
+                                u"link:{home}/secret"_s,
+                                u"kill:{parent}"_s,
+                                u"tkill:{parent}"_s,
+                                u"tgkill:{parent}"_s,
+                                u"queue-signal:{parent}"_s,
+                                u"pidfd:{parent}"_s,
+                                u"file-signals:{parent}"_s,
+                                u"off-the-leash"_s,
+                                u"subreaper"_s,
+                                u"dumpable"_s,
+                                u"limits:{parent}"_s,
+                                u"priority:{parent}"_s,
+                                u"disk-priority:{parent}"_s,
+                                u"processors:{parent}"_s,
+                                u"scheduler:{parent}"_s,
+                                u"process-memory"_s,
+                                u"trace"_s,
+                                u"compare"_s,
+                                u"performance-events"_s,
+                                u"bpf"_s,
+                                u"userfaultfd"_s,
+                                u"io-uring"_s,
+                                u"keys"_s,
+                                u"memory-file"_s})
+        QTest::newRow(qPrintable(wish)) << wish;
+}
+
+// The system call filter has to do alone where the kernel is older than Landlock.
+void TestBreakout::calls()
+{
+    QFETCH(QString, wish);
+    Bench bench;
+    prepare(bench);
+    bench.setStandin(filled(wish, bench));
+    const QStringList line = Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s));
+    const Run confined = bench.runWithout(Bench::landlock, line);
+    QCOMPARE(confined.status, 20);
+    const Run unconfined = bench.run(line, Bench::driver(Bench::Unconfined));
+    if (unconfined.status == 20)
+        QSKIP("this system denies it to everybody or to this user");
+    QCOMPARE(unconfined.status, 10);
+}
+
+void TestBreakout::allowedCalls_data()
+{
+    QTest::addColumn<QString>("wish");
+    QTest::newRow("a signal to itself") << u"own-tgkill"_s;
+    QTest::newRow("a name for its thread") << u"own-name"_s;
+}
+
+void TestBreakout::allowedCalls()
+{
+    QFETCH(QString, wish);
+    Bench bench;
+    prepare(bench);
+    QCOMPARE(bench.runStandin(wish, Bench::Confined).status, 10);
 }
 
 void TestBreakout::reachable_data()

@@ -67,10 +67,22 @@ void endChild(pid_t child)
     kill(-child, SIGKILL);
 }
 
-bool hasEnded(pid_t child, int &status)
+// Leaves the ended child as it is: as long as nobody has asked for its status, no other process
+// gets its number, nor another group.
+bool hasEnded(pid_t child)
 {
-    const pid_t ended = waitpid(child, &status, WNOHANG);
-    return ended == child || (ended < 0 && errno != EINTR);
+    siginfo_t state = {};
+    if (waitid(P_PID, id_t(child), &state, WEXITED | WNOHANG | WNOWAIT) != 0)
+        return errno != EINTR;
+    return state.si_pid == child;
+}
+
+int statusOf(pid_t child)
+{
+    int status = 0;
+    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    }
+    return status;
 }
 
 void listen(Lines &lines)
@@ -145,14 +157,14 @@ Ending carryOut(const Work &work, const Limits &limits)
         relay->closeWriteEnd();
 
     Ending ending;
-    int status = 0;
     Watch watch(child, work, limits);
-    while (!hasEnded(child, status)) {
+    while (!hasEnded(child)) {
         listen(lines);
         if (ending.offence.empty())
             watch.look(ending);
     }
     kill(-child, SIGKILL); // whom it left behind
+    const int status = statusOf(child);
     for (Relay *relay : lines.all())
         relay->takeAll();
     ending.signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;

@@ -37,8 +37,8 @@ void placeChannels(std::vector<std::pair<int, int>> channels)
 
 struct Lines
 {
-    Relay output = Relay::to(STDOUT_FILENO);
-    Relay errors = Relay::to(STDERR_FILENO);
+    Relay output = Relay::to(Reader(STDOUT_FILENO));
+    Relay errors = Relay::to(Reader(STDERR_FILENO));
     Relay report = Relay::keeping(reportRoom);
 
     std::array<Relay *, 3> all() { return {&output, &errors, &report}; }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "descriptor.h"
+#include "reader.h"
 
 #include <cstddef>
 #include <string>
@@ -12,8 +13,8 @@ namespace engine {
 class Relay
 {
 public:
-    /// Hands on what comes to another descriptor, as long as somebody reads there.
-    static Relay to(int descriptor);
+    /// Hands on what comes.
+    static Relay to(Reader reader);
 
     /// Keeps the first bytes of what comes.
     static Relay keeping(std::size_t bytes);
@@ -33,7 +34,7 @@ private:
 
     Descriptor m_readEnd;
     Descriptor m_writeEnd;
-    int m_reader = -1;
+    Reader m_reader;
     std::size_t m_room = 0;
     std::string m_kept;
 };

@@ -23,8 +23,7 @@ extern "C" int kill(pid_t process, int signal) noexcept
 {
     if (process < 0) {
         siginfo_t state = {};
-        const bool there =
-            waitid(P_PID, id_t(-process), &state, WEXITED | WNOHANG | WNOWAIT) == 0;
+        const bool there = waitid(P_PID, id_t(-process), &state, WEXITED | WNOHANG | WNOWAIT) == 0;
         groupKills << GroupKill{-process, there};
     }
     const auto real = reinterpret_cast<int (*)(pid_t, int)>(dlsym(RTLD_NEXT, "kill"));

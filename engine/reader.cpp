@@ -34,9 +34,8 @@ bool Reader::waitForRoom()
 void Reader::tell(std::string_view text)
 {
     while (m_descriptor >= 0 && !text.empty()) {
-        const ssize_t count = waitForRoom() ? write(m_descriptor, text.data(),
-                                                    std::min(text.size(), pieceSize))
-                                            : -1;
+        const ssize_t count =
+            waitForRoom() ? write(m_descriptor, text.data(), std::min(text.size(), pieceSize)) : -1;
         if (count < 0)
             m_descriptor = -1;
         else

@@ -15,8 +15,7 @@ public:
     Reader() = default;
 
     /// The default bears with a window that is busy, and with a terminal that scrolls.
-    explicit Reader(int descriptor,
-                    std::chrono::milliseconds patience = std::chrono::seconds(5))
+    explicit Reader(int descriptor, std::chrono::milliseconds patience = std::chrono::seconds(5))
         : m_descriptor(descriptor)
         , m_patience(patience)
     {

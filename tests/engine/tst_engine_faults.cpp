@@ -9,6 +9,7 @@
 #include <QTest>
 
 #include <csignal>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -35,6 +36,7 @@ private slots:
     void ignoredSignalStaysIgnored();
     void closedWindow();
     void closedStandardStreams();
+    void nobodyReadsErrors();
     void fullFolder();
     void fullTemporaryFolder();
     void limitedFileSize();
@@ -43,6 +45,7 @@ private slots:
     void readOnlyFolder();
     void missingFolder();
     void removedFolder();
+    void folderWithoutAPath();
     void folderWithoutUnnamedFiles();
     void unreadableInput();
     void missingMark();
@@ -270,6 +273,25 @@ void TestFaults::closedStandardStreams()
     QCOMPARE(pagesOf(bench.out(u"a.pdf"_s)), 1);
 }
 
+void TestFaults::nobodyReadsErrors()
+{
+    int ends[2];
+    QCOMPARE(pipe(ends), 0);
+    fcntl(ends[1], F_SETFL, O_NONBLOCK);
+    while (::write(ends[1], "x", 1) == 1) {
+    }
+    fcntl(ends[1], F_SETFL, 0);
+    Bench bench;
+    QProcess process;
+    process.setProcessEnvironment(bench.environment);
+    process.setChildProcessModifier([&] { dup2(ends[1], STDERR_FILENO); });
+    process.start(Bench::corvgs(), line(bench));
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitCode(), 1);
+    for (const int end : ends)
+        ::close(end);
+}
+
 // In a mount namespace of its own, a folder becomes another disk. Prints what is left in it. Only
 // those who aren't root need a user namespace for that, which a changed root folder forbids.
 Run TestFaults::runOnTinyDisk(const Bench &bench, const QString &mount, const QString &tiny,
@@ -382,6 +404,34 @@ void TestFaults::removedFolder()
                               Bench::driver(Bench::Unconfined));
     verifyFailure(run, "output removed or changed by somebody else: ");
     verifyNothingLeft(bench);
+}
+
+// A working folder so deep that no path leads to it: a killed run's draft could not be found again.
+void TestFaults::folderWithoutAPath()
+{
+    Bench bench;
+    write(bench.in(u"a.pdf"_s), samplePdf());
+    int deepest = open(qPrintable(bench.home()), O_DIRECTORY);
+    const QByteArray name(200, 'x');
+    for (int depth = 0; depth < 30; ++depth) {
+        QCOMPARE(mkdirat(deepest, name, 0700), 0);
+        const int next = openat(deepest, name, O_DIRECTORY);
+        ::close(deepest);
+        deepest = next;
+    }
+    QCOMPARE(mkdirat(deepest, "out", 0700), 0);
+    QProcess process;
+    process.setProcessEnvironment(bench.environment);
+    process.setChildProcessModifier([&] { fchdir(deepest) == 0 || (_exit(99), true); });
+    process.start(Bench::corvgs(), Bench::line(bench.in(u"a.pdf"_s), u"out/a.pdf"_s));
+    QVERIFY(process.waitForFinished());
+    const QByteArray errors = process.readAllStandardError();
+    QVERIFY2(errors.startsWith("corvgs: no path to the output folder out/: "), errors);
+    QCOMPARE(errors.count('\n'), 1);
+    QCOMPARE(process.exitCode(), 1);
+    QCOMPARE(unlinkat(deepest, "out", AT_REMOVEDIR), 0); // empty
+    ::close(deepest);
+    QCOMPARE(QProcess::execute(u"rm"_s, {u"-r"_s, bench.home(name)}), 0);
 }
 
 // The portable library has none, like some file systems: the draft has a name while it is made.

@@ -52,15 +52,24 @@ void removeFolder(const fs::path &folder)
     fs::remove_all(folder, ignored);
 }
 
+// As far as the folder can be read: unlike a range-for, it throws nothing on the way.
+template <typename Visit>
+void forEachIn(const fs::path &folder, Visit visit)
+{
+    std::error_code error;
+    for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
+         entry.increment(error))
+        visit(*entry);
+}
+
 void removeLeftovers(const fs::path &folder)
 {
-    std::error_code ignored;
-    for (const fs::directory_entry &entry : fs::directory_iterator(folder, ignored)) {
+    forEachIn(folder, [](const fs::directory_entry &entry) {
         if (!entry.path().filename().string().starts_with(prefix()))
-            continue;
+            return;
         if (const Descriptor lock = locked(entry.path()))
             removeFolder(entry.path());
-    }
+    });
 }
 
 fs::path makeFolder(const fs::path &parent)
@@ -112,11 +121,11 @@ PrivateFolder::~PrivateFolder()
 std::uintmax_t PrivateFolder::workSize() const
 {
     std::uintmax_t size = 0;
-    std::error_code ignored;
-    for (const fs::directory_entry &file : fs::directory_iterator(workFolder(), ignored)) {
-        const std::uintmax_t fileSize = file.file_size(ignored);
-        size += ignored ? 0 : fileSize;
-    }
+    forEachIn(workFolder(), [&size](const fs::directory_entry &file) {
+        std::error_code gone;
+        const std::uintmax_t fileSize = file.file_size(gone);
+        size += gone ? 0 : fileSize;
+    });
     return size;
 }
 

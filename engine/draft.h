@@ -4,7 +4,9 @@
 #include "output.h"
 #include "privatefolder.h"
 
+#include <optional>
 #include <string>
+#include <sys/types.h>
 
 namespace engine {
 
@@ -31,12 +33,14 @@ public:
 
 private:
     void giveName(bool unnamed);
+    void makeAccessible();
 
     const PrivateFolder &m_privateFolder;
     int m_folder;
     std::string m_folderPath;
     std::string m_name;
     Descriptor m_file;
+    std::optional<mode_t> m_mode; ///< that the copy is to have, if the draft has another one
 };
 
 } // namespace engine

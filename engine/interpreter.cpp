@@ -12,6 +12,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <memory>
+#include <sys/stat.h>
 
 namespace engine {
 
@@ -63,12 +64,14 @@ Reach reachOf(const std::string &ghostscript, const std::string &workFolder, boo
     return reach;
 }
 
-// GS_OPTIONS and GS_DEVICE would add switches to those that the window sends.
+// GS_OPTIONS and GS_DEVICE would add switches to those that the window sends. The temporary files
+// are the engine's own, whatever the user's umask takes away.
 void setEnvironment(const std::string &workFolder)
 {
     unsetenv("GS_OPTIONS");
     unsetenv("GS_DEVICE");
     setenv("TMPDIR", workFolder.c_str(), 1);
+    umask(S_IRWXG | S_IRWXO);
 }
 
 int becomeGhostscript(const Job &job, const Settings &settings, const std::string &workFolder)

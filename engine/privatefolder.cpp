@@ -72,6 +72,22 @@ void removeLeftovers(const fs::path &folder)
     });
 }
 
+// Whatever the user's umask takes away from others, it must leave to us what only we can reach.
+class OwnUmask
+{
+public:
+    OwnUmask()
+        : m_before(umask(S_IRWXG | S_IRWXO))
+    {
+    }
+    ~OwnUmask() { umask(m_before); }
+    OwnUmask(const OwnUmask &) = delete;
+    OwnUmask &operator=(const OwnUmask &) = delete;
+
+private:
+    mode_t m_before;
+};
+
 fs::path makeFolder(const fs::path &parent)
 {
     std::string name = parent / (prefix() + "XXXXXX");
@@ -92,6 +108,7 @@ bool isSame(int file, const fs::path &path)
 
 PrivateFolder::PrivateFolder()
 {
+    const OwnUmask ownUmask;
     const fs::path parent = temporaryFolder();
     removeLeftovers(parent);
     // Another run that clears up may take the new folder for a leftover before the lock is on.
@@ -106,7 +123,7 @@ PrivateFolder::PrivateFolder()
         if (!m_lock)
             fs::remove(m_path, ignored);
     } while (!m_lock || !isSame(m_lock.get(), m_path));
-    if (mkdir(workFolder().c_str(), 0700) != 0) {
+    if (mkdir(workFolder().c_str(), S_IRWXU) != 0) {
         const Failure failure = Failure::ofSystem("no temporary folder in " + parent.string());
         removeFolder(m_path);
         throw failure;

@@ -40,6 +40,8 @@ private slots:
     void fullFolder();
     void fullTemporaryFolder();
     void limitedFileSize();
+    void strictUmask_data();
+    void strictUmask();
     void fewDescriptors_data();
     void fewDescriptors();
     void readOnlyFolder();
@@ -347,6 +349,48 @@ void TestFaults::limitedFileSize()
     QVERIFY(run.status > 0);
     QCOMPARE(run.errors.count("corvgs: "), 1);
     verifyNothingLeft(bench);
+}
+
+void TestFaults::strictUmask_data()
+{
+    QTest::addColumn<QString>("umask");
+    QTest::addColumn<int>("mode"); // of the copy
+    QTest::newRow("nothing for others") << u"077"_s << 0600;
+    QTest::newRow("no reading") << u"0477"_s << 0200;
+    QTest::newRow("nothing for anybody") << u"0777"_s << 0;
+}
+
+// What the user doesn't want to have himself, the engine needs all the same while it works.
+void TestFaults::strictUmask()
+{
+    QFETCH(QString, umask);
+    QFETCH(int, mode);
+    Bench bench;
+    write(bench.in(u"a.pdf"_s), samplePdf());
+    const QStringList words = QStringList{u"-c"_s, u"umask \"$0\"; exec \"$@\""_s, umask};
+    const auto modeOf = [](const QString &path) {
+        struct stat entry = {};
+        return stat(qPrintable(path), &entry) == 0 ? int(entry.st_mode & 0777) : -1;
+    };
+    bench.setStandin(u"wait"_s);
+    const auto process = bench.start(
+        words + QStringList{Bench::driver(Bench::Confined)} + line(bench), u"/bin/sh"_s);
+    QVERIFY(process->waitForReadyRead());
+    const QStringList folders = Bench::namesIn(bench.temporary());
+    QCOMPARE(folders.size(), 1);
+    QCOMPARE(modeOf(bench.temporary() + u'/' + folders.first()), 0700);
+    QCOMPARE(modeOf(bench.temporary() + u'/' + folders.first() + "/work"_L1), 0700);
+    process->terminate();
+    QVERIFY(process->waitForFinished());
+    verifyNothingLeft(bench);
+
+    const Run run = bench.run(words + QStringList{Bench::corvgs()} + line(bench), u"/bin/sh"_s);
+    QCOMPARE(run.errors, QByteArray());
+    QCOMPARE(run.status, 0);
+    QCOMPARE(modeOf(bench.out(u"a.pdf"_s)), mode);
+    QCOMPARE(chmod(qPrintable(bench.out(u"a.pdf"_s)), 0600), 0);
+    QCOMPARE(pagesOf(bench.out(u"a.pdf"_s)), 1);
+    QCOMPARE(Bench::namesIn(bench.temporary()), QStringList());
 }
 
 void TestFaults::fewDescriptors_data()

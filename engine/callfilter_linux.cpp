@@ -21,11 +21,11 @@ constexpr const char *deniedCalls[] = {
     // the network, and the other way to it
     "socket", "socketpair", "io_uring_setup", "io_uring_enter", "io_uring_register",
     // other programs and processes
-    "execve", "fork", "vfork", "kill", "pidfd_open", "pidfd_send_signal", "pidfd_getfd", "ptrace",
-    "process_vm_readv", "process_vm_writev", "process_madvise", "process_mrelease", "kcmp", "tkill",
-    "rt_sigqueueinfo", "rt_tgsigqueueinfo", "setpgid", "setsid", "setpriority", "ioprio_set",
-    "sched_setaffinity", "sched_setattr", "sched_setparam", "sched_setscheduler", "migrate_pages",
-    "move_pages", "get_robust_list",
+    "kill", "pidfd_open", "pidfd_send_signal", "pidfd_getfd", "ptrace", "process_vm_readv",
+    "process_vm_writev", "process_madvise", "process_mrelease", "kcmp", "tkill", "rt_sigqueueinfo",
+    "rt_tgsigqueueinfo", "setpgid", "setsid", "setpriority", "ioprio_set", "sched_setaffinity",
+    "sched_setattr", "sched_setparam", "sched_setscheduler", "migrate_pages", "move_pages",
+    "get_robust_list",
     // a program of its own making
     "memfd_create",
     // what Landlock doesn't know of files
@@ -94,20 +94,20 @@ bool deny(const Filter &filter, const char *name, const std::vector<scmp_arg_cmp
 bool denyOtherPrograms(const Filter &filter, int program)
 {
     if (program < 0)
-        return deny(filter, "execveat");
-    return deny(filter, "execveat", {SCMP_A0(SCMP_CMP_NE, scmp_datum_t(program))}) &&
+        return deny(filter, "execve") && deny(filter, "execveat");
+    return deny(filter, "execve") &&
+           deny(filter, "execveat", {SCMP_A0(SCMP_CMP_NE, scmp_datum_t(program))}) &&
            deny(filter, "execveat", {SCMP_A4(SCMP_CMP_NE, AT_EMPTY_PATH)});
 }
 
+// A thread is no new process.
 bool denyProcesses(const Filter &filter)
 {
-    // A thread is no new process. clone3 hides its flags from a filter; without it, the C library
-    // takes clone.
-    return deny(filter, "clone", {SCMP_A0(SCMP_CMP_MASKED_EQ, CLONE_THREAD, 0)}) &&
-           deny(filter, "clone3", {}, ENOSYS);
+    return deny(filter, "fork") && deny(filter, "vfork") &&
+           deny(filter, "clone", {SCMP_A0(SCMP_CMP_MASKED_EQ, CLONE_THREAD, 0)});
 }
 
-bool load(int program)
+bool load(const Reach &reach)
 {
     const Filter filter(seccomp_init(SCMP_ACT_ALLOW), &seccomp_release);
     if (!filter)
@@ -120,16 +120,19 @@ bool load(int program)
         if (!deny(filter, denied.call, {denied.argument}))
             return false;
     }
-    return denyProcesses(filter) && denyOtherPrograms(filter, program) &&
-           seccomp_load(filter.get()) == 0;
+    if (!reach.morePrograms &&
+        (!denyProcesses(filter) || !denyOtherPrograms(filter, reach.program)))
+        return false;
+    // It hides its flags from a filter; without it, the C library takes clone.
+    return deny(filter, "clone3", {}, ENOSYS) && seccomp_load(filter.get()) == 0;
 }
 
 } // namespace
 
-std::string filterCalls(int program)
+std::string filterCalls(const Reach &reach)
 {
-    return load(program) ? "no network and no other programs (seccomp)"
-                         : "no system call filter (the kernel has no seccomp)";
+    return load(reach) ? "no network and no other programs (seccomp)"
+                       : "no system call filter (the kernel has no seccomp)";
 }
 
 } // namespace engine

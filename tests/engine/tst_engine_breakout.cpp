@@ -28,6 +28,9 @@ private slots:
     void postScriptAsDocument();
     void environmentAddsNoSwitches();
     void nothingIsInherited();
+    void wrapper();
+    void wrapperIsConfined_data();
+    void wrapperIsConfined();
 
 private:
     static void prepare(const Bench &bench);
@@ -298,6 +301,58 @@ void TestBreakout::nothingIsInherited()
                           Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s)),
                       u"/bin/sh"_s);
         QCOMPARE(run.output, QByteArray("0 1 2 3 4 7 "));
+    }
+}
+
+// Many have a script in Ghostscript's place.
+void TestBreakout::wrapper()
+{
+    for (const auto confinement : {Bench::Unconfined, Bench::Confined}) {
+        Bench bench;
+        prepare(bench);
+        const QString script = bench.home(u"gs"_s);
+        write(script, "#! /bin/sh -e\nname=$(basename \"$0\"); echo \"$name\" | tr g G\nexec '" +
+                          Bench::ghostscript().toUtf8() + "' \"$@\"\n");
+        QVERIFY(QFile::setPermissions(script, QFile::ReadOwner | QFile::ExeOwner));
+        bench.environment.insert(u"DRIVER_GHOSTSCRIPT"_s, script);
+        const Run run = bench.run(
+            Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), {u"-sUserPassword=sesame"_s}),
+            Bench::driver(confinement));
+        QCOMPARE(run.errors, QByteArray());
+        QCOMPARE(run.output, QByteArray("Gs\n"));
+        QCOMPARE(run.status, 0);
+        QCOMPARE(pagesOf(bench.out(u"a.pdf"_s), u"sesame"_s), 1);
+    }
+}
+
+void TestBreakout::wrapperIsConfined_data()
+{
+    QTest::addColumn<QString>("command"); // succeeds or not
+    QTest::newRow("read") << u"cat {home}/secret"_s;
+    QTest::newRow("list") << u"ls {home}"_s;
+    QTest::newRow("write") << u"echo >{out}/new"_s;
+    QTest::newRow("other document") << u"cat {in}/other.pdf"_s;
+    QTest::newRow("start what a user installed") << u"{home}/program"_s;
+    QTest::newRow("signal") << u"kill -0 {parent}"_s;
+}
+
+void TestBreakout::wrapperIsConfined()
+{
+    QFETCH(QString, command);
+    for (const auto confinement : {Bench::Unconfined, Bench::Confined}) {
+        Bench bench;
+        prepare(bench);
+        const QString script = bench.home(u"gs"_s);
+        const QString program = bench.home(u"program"_s);
+        write(script,
+              "#!/bin/sh\nif " + filled(command, bench).toUtf8() + "\nthen exit 10\nfi\nexit 20\n");
+        write(program, "#!/bin/sh\n");
+        for (const QString &file : {script, program})
+            QVERIFY(QFile::setPermissions(file, QFile::ReadOwner | QFile::ExeOwner));
+        bench.environment.insert(u"DRIVER_GHOSTSCRIPT"_s, script);
+        const Run run = bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s)),
+                                  Bench::driver(confinement));
+        QCOMPARE(run.status, confinement == Bench::Confined ? 20 : 10);
     }
 }
 

@@ -89,8 +89,17 @@ std::uintmax_t Draft::size() const
     return fstat(m_file.get(), &entry) == 0 ? std::uintmax_t(entry.st_size) : 0;
 }
 
+// Some milliseconds a copy, for which nobody finds an empty file under its name after a power cut;
+// and some file systems, on other machines' disks above all, say only now that there was no room.
+void Draft::save() const
+{
+    if (fsync(m_file.get()) != 0 && errno != EINVAL)
+        throw Failure::ofSystem("no file in " + m_folderPath);
+}
+
 void Draft::publish(Output &output)
 {
+    save();
     if (m_name.empty())
         giveName(true);
     if (m_mode)

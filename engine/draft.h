@@ -28,12 +28,13 @@ public:
     /// The bytes so far.
     [[nodiscard]] std::uintmax_t size() const;
 
-    /// The draft becomes the output.
+    /// The draft becomes the output, once it is safe on the disk.
     void publish(Output &output);
 
 private:
     void giveName(bool unnamed);
     void makeAccessible();
+    void save() const;
 
     const PrivateFolder &m_privateFolder;
     int m_folder;

@@ -39,6 +39,7 @@ private slots:
     void nobodyReadsErrors();
     void fullFolder();
     void fullTemporaryFolder();
+    void failingDisk();
     void limitedFileSize();
     void strictUmask_data();
     void strictUmask();
@@ -48,6 +49,7 @@ private slots:
     void missingFolder();
     void removedFolder();
     void folderWithoutAPath();
+    void namedDraft();
     void folderWithoutUnnamedFiles();
     void unreadableInput();
     void missingMark();
@@ -340,6 +342,15 @@ void TestFaults::fullTemporaryFolder()
     verifyNothingLeft(bench);
 }
 
+// What was written fails only when it is to stay.
+void TestFaults::failingDisk()
+{
+    Bench bench;
+    write(bench.in(u"a.pdf"_s), samplePdf());
+    verifyFailure(bench.runWithout(Bench::soundDisk, line(bench)), ": Input/output error");
+    verifyNothingLeft(bench);
+}
+
 void TestFaults::limitedFileSize()
 {
     Bench bench;
@@ -476,6 +487,22 @@ void TestFaults::folderWithoutAPath()
     QCOMPARE(unlinkat(deepest, "out", AT_REMOVEDIR), 0); // empty
     ::close(deepest);
     QCOMPARE(QProcess::execute(u"rm"_s, {u"-r"_s, bench.home(name)}), 0);
+}
+
+void TestFaults::namedDraft()
+{
+    Bench bench;
+    write(bench.in(u"a.pdf"_s), samplePdf(2));
+    bench.setStandin(u"list:/nowhere"_s);
+    QCOMPARE(bench.runWithout(Bench::unnamedFiles, line(bench)).status, 20);
+    verifyNothingLeft(bench);
+    bench.environment.insert(u"DRIVER_GHOSTSCRIPT"_s, Bench::ghostscript());
+    const Run run = bench.runWithout(Bench::unnamedFiles, line(bench));
+    QCOMPARE(run.errors, QByteArray());
+    QCOMPARE(run.status, 0);
+    QCOMPARE(Bench::namesIn(bench.out()), QStringList{u"a.pdf"_s});
+    QCOMPARE(pagesOf(bench.out(u"a.pdf"_s)), 2);
+    QCOMPARE(Bench::namesIn(bench.temporary()), QStringList());
 }
 
 // The portable library has none, like some file systems: the draft has a name while it is made.

@@ -26,6 +26,7 @@ public:
     /// What a program may have to do without.
     static constexpr auto landlock = "landlock";
     static constexpr auto unnamedFiles = "unnamed-files";
+    static constexpr auto soundDisk = "sound-disk";
 
     Bench();
 

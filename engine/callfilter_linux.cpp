@@ -1,11 +1,15 @@
 #include "callfilter_linux.h"
 
 #include <cerrno>
-#include <csignal>
+#include <cstdint>
 #include <fcntl.h>
 #include <memory>
 #include <sched.h>
 #include <seccomp.h>
+#include <sys/ioctl.h>
+#include <sys/prctl.h>
+#include <unistd.h>
+#include <vector>
 
 namespace engine {
 
@@ -17,9 +21,13 @@ constexpr const char *deniedCalls[] = {
     // the network, and the other way to it
     "socket", "socketpair", "io_uring_setup", "io_uring_enter", "io_uring_register",
     // other programs and processes
-    "execve", "fork", "vfork", "kill", "pidfd_open", "pidfd_send_signal", "pidfd_getfd", "ptrace",
-    "process_vm_readv", "process_vm_writev", "kcmp", "tkill", "rt_sigqueueinfo",
-    "rt_tgsigqueueinfo", "setpgid", "setsid",
+    "kill", "pidfd_open", "pidfd_send_signal", "pidfd_getfd", "ptrace", "process_vm_readv",
+    "process_vm_writev", "process_madvise", "process_mrelease", "kcmp", "tkill", "rt_sigqueueinfo",
+    "rt_tgsigqueueinfo", "setpgid", "setsid", "setpriority", "ioprio_set", "sched_setaffinity",
+    "sched_setattr", "sched_setparam", "sched_setscheduler", "migrate_pages", "move_pages",
+    "get_robust_list",
+    // a program of its own making
+    "memfd_create",
     // what Landlock doesn't know of files
     "chmod", "fchmod", "fchmodat", "fchmodat2", "chown", "fchown", "lchown", "fchownat", "utime",
     "utimes", "utimensat", "futimesat", "setxattr", "lsetxattr", "fsetxattr", "setxattrat",
@@ -28,19 +36,55 @@ constexpr const char *deniedCalls[] = {
     // the rest of the machine
     "mount", "umount2", "move_mount", "open_tree", "fsopen", "fsmount", "fspick", "mount_setattr",
     "pivot_root", "chroot", "unshare", "setns", "open_by_handle_at", "name_to_handle_at", "bpf",
-    "perf_event_open", "userfaultfd", "keyctl", "add_key", "request_key", "memfd_secret",
-    "init_module", "finit_module", "delete_module", "kexec_load", "kexec_file_load", "reboot",
-    "swapon", "swapoff", "sethostname", "setdomainname", "clock_settime", "settimeofday", "shmget",
-    "shmat", "msgget", "semget", "mq_open"};
+    "perf_event_open", "userfaultfd", "fanotify_init", "acct", "quotactl", "syslog", "iopl",
+    "ioperm", "keyctl", "add_key", "request_key", "memfd_secret", "init_module", "finit_module",
+    "delete_module", "kexec_load", "kexec_file_load", "reboot", "swapon", "swapoff", "sethostname",
+    "setdomainname", "clock_settime", "settimeofday", "shmget", "shmat", "msgget", "semget",
+    "mq_open"};
+
+struct Condition
+{
+    const char *call;
+    scmp_arg_cmp argument;
+};
+
+// The kernel takes these arguments as 32 bits, whatever stands above them.
+scmp_arg_cmp isCommand(std::uint32_t command)
+{
+    return SCMP_A1(SCMP_CMP_MASKED_EQ, 0xffffffff, command);
+}
+
+// Calls that are denied only with such an argument.
+std::vector<Condition> deniedArguments()
+{
+    return {
+        // a signal to another process than this one, which is still this one as Ghostscript
+        {"tgkill", SCMP_A0(SCMP_CMP_NE, scmp_datum_t(getpid()))},
+        // the same by way of a file
+        {"fcntl", isCommand(F_SETOWN)},
+        {"fcntl", isCommand(F_SETOWN_EX)},
+        {"fcntl", isCommand(F_SETSIG)},
+        // typing into the terminal that corvgs was started from
+        {"ioctl", isCommand(TIOCSTI)},
+        {"ioctl", isCommand(TIOCLINUX)},
+        // other processes' limits
+        {"prlimit64", SCMP_A0(SCMP_CMP_NE, 0)},
+        // the leash to corvgs, and everything else but the name of a thread
+        {"prctl", SCMP_A0(SCMP_CMP_LT, PR_SET_NAME)},
+        {"prctl", SCMP_A0(SCMP_CMP_GT, PR_GET_NAME)},
+    };
+}
 
 using Filter = std::unique_ptr<void, decltype(&seccomp_release)>;
 
-bool deny(const Filter &filter, const char *name, int error = EPERM)
+bool deny(const Filter &filter, const char *name, const std::vector<scmp_arg_cmp> &arguments = {},
+          int error = EPERM)
 {
     const int call = seccomp_syscall_resolve_name(name);
     if (call == __NR_SCMP_ERROR)
         return true;
-    const int result = seccomp_rule_add(filter.get(), SCMP_ACT_ERRNO(unsigned(error)), call, 0);
+    const int result = seccomp_rule_add_array(filter.get(), SCMP_ACT_ERRNO(unsigned(error)), call,
+                                              unsigned(arguments.size()), arguments.data());
     // Minus the number of a call that this processor's Linux doesn't have.
     return result == 0 || result == -EDOM || call < 0;
 }
@@ -50,25 +94,20 @@ bool deny(const Filter &filter, const char *name, int error = EPERM)
 bool denyOtherPrograms(const Filter &filter, int program)
 {
     if (program < 0)
-        return deny(filter, "execveat");
-    const auto other = SCMP_A0(SCMP_CMP_NE, scmp_datum_t(program));
-    const auto byPath = SCMP_A4(SCMP_CMP_NE, AT_EMPTY_PATH);
-    const auto error = SCMP_ACT_ERRNO(EPERM);
-    return seccomp_rule_add(filter.get(), error, SCMP_SYS(execveat), 1, other) == 0 &&
-           seccomp_rule_add(filter.get(), error, SCMP_SYS(execveat), 1, byPath) == 0;
+        return deny(filter, "execve") && deny(filter, "execveat");
+    return deny(filter, "execve") &&
+           deny(filter, "execveat", {SCMP_A0(SCMP_CMP_NE, scmp_datum_t(program))}) &&
+           deny(filter, "execveat", {SCMP_A4(SCMP_CMP_NE, AT_EMPTY_PATH)});
 }
 
+// A thread is no new process.
 bool denyProcesses(const Filter &filter)
 {
-    // A thread is no new process. clone3 hides its flags from a filter; without it, the C library
-    // takes clone.
-    const auto noThread = SCMP_A0(SCMP_CMP_MASKED_EQ, CLONE_THREAD, 0);
-    return seccomp_rule_add(filter.get(), SCMP_ACT_ERRNO(EPERM), SCMP_SYS(clone), 1, noThread) ==
-               0 &&
-           deny(filter, "clone3", ENOSYS);
+    return deny(filter, "fork") && deny(filter, "vfork") &&
+           deny(filter, "clone", {SCMP_A0(SCMP_CMP_MASKED_EQ, CLONE_THREAD, 0)});
 }
 
-bool load(int program)
+bool load(const Reach &reach)
 {
     const Filter filter(seccomp_init(SCMP_ACT_ALLOW), &seccomp_release);
     if (!filter)
@@ -77,16 +116,23 @@ bool load(int program)
         if (!deny(filter, name))
             return false;
     }
-    return denyProcesses(filter) && denyOtherPrograms(filter, program) &&
-           seccomp_load(filter.get()) == 0;
+    for (const Condition &denied : deniedArguments()) {
+        if (!deny(filter, denied.call, {denied.argument}))
+            return false;
+    }
+    if (!reach.morePrograms &&
+        (!denyProcesses(filter) || !denyOtherPrograms(filter, reach.program)))
+        return false;
+    // It hides its flags from a filter; without it, the C library takes clone.
+    return deny(filter, "clone3", {}, ENOSYS) && seccomp_load(filter.get()) == 0;
 }
 
 } // namespace
 
-std::string filterCalls(int program)
+std::string filterCalls(const Reach &reach)
 {
-    return load(program) ? "no network and no other programs (seccomp)"
-                         : "no system call filter (the kernel has no seccomp)";
+    return load(reach) ? "no network and no other programs (seccomp)"
+                       : "no system call filter (the kernel has no seccomp)";
 }
 
 } // namespace engine

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <string>
+#include "confinement.h"
 
 namespace engine {
 
-/// Takes from the process the system calls by which it could reach the network, start a program
-/// (but for the one that is open as this descriptor; -1 is none), or change files without opening
+/// Takes from the process the system calls by which it could reach the network, meddle with
+/// another process, start a program out of reach, or change files without opening
 /// them. Needs no_new_privs. Returns what is in force.
-std::string filterCalls(int program);
+std::string filterCalls(const Reach &reach);
 
 } // namespace engine

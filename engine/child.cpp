@@ -1,6 +1,7 @@
 #include "child.h"
 
 #include "channels.h"
+#include "diskwatch.h"
 #include "failure.h"
 #include "platform.h"
 #include "relay.h"
@@ -18,7 +19,7 @@ namespace engine {
 
 namespace {
 
-constexpr int tick = 1000; // ms between two looks at the processor time
+constexpr int tick = 250; // ms between two looks at what the child has used up
 constexpr std::size_t reportRoom = 4096;
 
 // In two steps, because one channel's number may be another one's descriptor. The child has nothing
@@ -37,8 +38,8 @@ void placeChannels(std::vector<std::pair<int, int>> channels)
 struct Lines
 {
     explicit Lines(std::string_view doubt)
-        : output(Relay::to(STDOUT_FILENO, doubt))
-        , errors(Relay::to(STDERR_FILENO, doubt))
+        : output(Relay::to(Reader(STDOUT_FILENO), doubt))
+        , errors(Relay::to(Reader(STDERR_FILENO), doubt))
     {
     }
 
@@ -72,10 +73,22 @@ void endChild(pid_t child)
     kill(-child, SIGKILL);
 }
 
-bool hasEnded(pid_t child, int &status)
+// Leaves the ended child as it is: as long as nobody has asked for its status, no other process
+// gets its number, nor another group.
+bool hasEnded(pid_t child)
 {
-    const pid_t ended = waitpid(child, &status, WNOHANG);
-    return ended == child || (ended < 0 && errno != EINTR);
+    siginfo_t state = {};
+    if (waitid(P_PID, id_t(child), &state, WEXITED | WNOHANG | WNOWAIT) != 0)
+        return errno != EINTR;
+    return state.si_pid == child;
+}
+
+int statusOf(pid_t child)
+{
+    int status = 0;
+    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    }
+    return status;
 }
 
 void listen(Lines &lines)
@@ -97,6 +110,7 @@ public:
         : m_child(child)
         , m_work(work)
         , m_stall(limits.stall)
+        , m_disk(work.folders, limits.reserve)
     {
     }
 
@@ -107,17 +121,30 @@ public:
         const auto now = std::chrono::steady_clock::now();
         if (now >= m_nextLook) {
             m_nextLook = now + std::chrono::milliseconds(tick);
-            const auto burnt = platform::processorTimeOf(m_child);
-            ending.stalled = burnt && m_stall.isStalled(*burnt, m_work.written());
+            ending.offence = offence();
         }
-        if (ending.interrupted || ending.stalled)
+        if (ending.interrupted || !ending.offence.empty())
             endChild(m_child);
     }
 
 private:
+    std::string offence()
+    {
+        const std::uintmax_t written = m_work.written();
+        if (written > m_work.mostWritten)
+            return "wrote far more than a copy of the document takes";
+        if (m_disk.isFillingUp())
+            return "was about to fill the disk";
+        const auto burnt = platform::processorTimeOf(m_child);
+        if (burnt && m_stall.isStalled(*burnt, written))
+            return "used up its time without writing anything";
+        return {};
+    }
+
     pid_t m_child;
     const Work &m_work;
     StallWatch m_stall;
+    DiskWatch m_disk;
     std::chrono::steady_clock::time_point m_nextLook = std::chrono::steady_clock::now();
 };
 
@@ -136,14 +163,14 @@ Ending carryOut(const Work &work, const Limits &limits)
         relay->closeWriteEnd();
 
     Ending ending;
-    int status = 0;
     Watch watch(child, work, limits);
-    while (!hasEnded(child, status)) {
+    while (!hasEnded(child)) {
         listen(lines);
-        if (!ending.stalled)
+        if (ending.offence.empty())
             watch.look(ending);
     }
     kill(-child, SIGKILL); // whom it left behind
+    const int status = statusOf(child);
     for (Relay *relay : lines.all())
         relay->takeAll();
     ending.signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;

@@ -3,7 +3,9 @@
 #include "limits.h"
 
 #include <cstdint>
+#include <filesystem>
 #include <functional>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -25,13 +27,19 @@ struct Work
 
     /// The bytes that the child has written so far.
     std::function<std::uintmax_t()> written;
+
+    /// The most that it may write.
+    std::uintmax_t mostWritten = std::numeric_limits<std::uintmax_t>::max();
+
+    /// Where it writes.
+    std::vector<std::filesystem::path> folders;
 };
 
 struct Ending
 {
     int signal = 0;           ///< that ended it; 0: none did
     int status = 0;           ///< exit status; 128 and the signal's number if one ended it
-    bool stalled = false;     ///< it was ended for burning time
+    std::string offence;      ///< what it was ended for, to be read behind its name; empty: nothing
     bool interrupted = false; ///< it was ended because corvgs was asked to end
     bool doubted = false;     ///< it said that what it made may be incorrect
     std::string report;       ///< what it wrote to reportChannel

@@ -4,6 +4,7 @@
 #include "failure.h"
 #include "plan.h"
 #include "platform.h"
+#include "reader.h"
 #include "signals.h"
 #include "switches.h"
 
@@ -77,6 +78,12 @@ int run(int argc, char *argv[], const Settings &settings)
     return carryOutPlan(plan, argv, settings);
 }
 
+// Not even to say why it ends does it wait for ever.
+void sayFailure(const std::string &reason)
+{
+    Reader(STDERR_FILENO).tell("corvgs: " + reason + "\n");
+}
+
 } // namespace
 
 int runCommandLine(int argc, char *argv[], const Settings &settings)
@@ -85,10 +92,10 @@ int runCommandLine(int argc, char *argv[], const Settings &settings)
     try {
         return run(argc, argv, settings);
     } catch (const Failure &failure) {
-        std::fprintf(stderr, "corvgs: %s\n", failure.what());
+        sayFailure(failure.what());
         return failure.status();
     } catch (const std::exception &error) {
-        std::fprintf(stderr, "corvgs: %s\n", onOneLine(error.what()).c_str());
+        sayFailure(onOneLine(error.what()));
         return EXIT_FAILURE;
     }
 }

@@ -35,8 +35,8 @@ void expect(const Ending &ending, const std::string &who)
 {
     if (ending.interrupted)
         throw Failure("ended by a signal", 128 + signals::endRequest());
-    if (ending.stalled)
-        throw Failure(who + " used up its time without writing anything");
+    if (!ending.offence.empty())
+        throw Failure(who + " " + ending.offence);
     if (ending.signal != 0)
         throw Failure(who + " was ended by signal " + std::to_string(ending.signal), ending.status);
     if (ending.status != 0)
@@ -66,6 +66,8 @@ void compress(const Job &job, const Settings &settings)
     Work work = interpretation(job, material, settings, privateFolder.workFolder());
     work.doubt = "may be incorrect";
     work.written = [&] { return sizeOf(scratch.get()) + privateFolder.workSize(); };
+    work.mostWritten = settings.limits.outputFor(sizeOf(document.get()));
+    work.folders = {output.folderPath(), privateFolder.workFolder()};
     const Ending ending = carryOut(work, settings.limits);
     expect(ending, "Ghostscript");
     finish(job, material, ending, settings.limits);

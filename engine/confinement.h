@@ -9,11 +9,12 @@ namespace engine {
 struct Reach
 {
     std::vector<std::string> readable;        ///< files, and folders with all below them
-    std::vector<std::string> executable;      ///< files
+    std::vector<std::string> executable;      ///< files, and folders with all below them
     std::vector<int> readableDescriptors;     ///< of files
     std::vector<int> writableDescriptors;     ///< of files, read and write
     std::vector<std::string> writableFolders; ///< files may be made, written and removed in them
-    int program = -1; ///< the descriptor of the one program that may be started; -1: none
+    int program = -1;          ///< the descriptor of the one program that may be started; -1: none
+    bool morePrograms = false; ///< whatever is executable may be started, any number of times
 };
 
 /// Confines this process and what it becomes, for good, as far as the system can. Returns what is

@@ -14,7 +14,7 @@ std::string confine(const Reach &reach)
     if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0)
         return "no confinement (the kernel has no no_new_privs), " + cores;
     const std::string files = confineFiles(reach);
-    return files + ", " + filterCalls(reach.program) + ", no new privileges, " + cores;
+    return files + ", " + filterCalls(reach) + ", no new privileges, " + cores;
 }
 
 } // namespace engine

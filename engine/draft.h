@@ -4,7 +4,9 @@
 #include "output.h"
 #include "privatefolder.h"
 
+#include <optional>
 #include <string>
+#include <sys/types.h>
 
 namespace engine {
 
@@ -26,17 +28,20 @@ public:
     /// The bytes so far.
     [[nodiscard]] std::uintmax_t size() const;
 
-    /// The draft becomes the output.
+    /// The draft becomes the output, once it is safe on the disk.
     void publish(Output &output);
 
 private:
     void giveName(bool unnamed);
+    void makeAccessible();
+    void save() const;
 
     const PrivateFolder &m_privateFolder;
     int m_folder;
     std::string m_folderPath;
     std::string m_name;
     Descriptor m_file;
+    std::optional<mode_t> m_mode; ///< that the copy is to have, if the draft has another one
 };
 
 } // namespace engine

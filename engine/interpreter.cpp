@@ -7,11 +7,13 @@
 #include "memorylimit.h"
 #include "platform.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <memory>
+#include <sys/stat.h>
 
 namespace engine {
 
@@ -48,6 +50,31 @@ Descriptor pipeWith(const std::string &text)
     return readEnd;
 }
 
+// What the system starts for a script; empty if the program is none.
+std::string scriptInterpreterOf(int program)
+{
+    char beginning[256] = {};
+    if (pread(program, beginning, sizeof beginning - 1, 0) < 2)
+        return {};
+    const std::string line(beginning, std::strcspn(beginning, "\n"));
+    if (!line.starts_with("#!"))
+        return {};
+    const auto begin = std::min(line.find_first_not_of(" \t", 2), line.size());
+    return line.substr(begin, line.find_first_of(" \t", begin) - begin);
+}
+
+// Some have put a script in Ghostscript's place that starts the real one. It can call what is
+// installed; all the rest is as closed to it and to what it starts as it is to Ghostscript.
+void allowScript(Reach &reach, const std::string &script, const std::string &interpreter)
+{
+    reach.program = -1;
+    reach.morePrograms = true;
+    for (const char *folder : {"/bin", "/usr/bin", "/usr/local/bin", "/lib", "/lib64", "/usr/lib",
+                               "/usr/libexec", "/usr/local/lib", "/opt"})
+        reach.executable.emplace_back(folder);
+    reach.executable.insert(reach.executable.end(), {script, interpreter});
+}
+
 Reach reachOf(const std::string &ghostscript, const std::string &workFolder, bool hasMark)
 {
     const char *home = std::getenv("HOME");
@@ -60,15 +87,19 @@ Reach reachOf(const std::string &ghostscript, const std::string &workFolder, boo
     reach.writableDescriptors = {draftChannel};
     reach.writableFolders = {workFolder};
     reach.program = programChannel;
+    if (const std::string interpreter = scriptInterpreterOf(programChannel); !interpreter.empty())
+        allowScript(reach, ghostscript, interpreter);
     return reach;
 }
 
-// GS_OPTIONS and GS_DEVICE would add switches to those that the window sends.
+// GS_OPTIONS and GS_DEVICE would add switches to those that the window sends. The temporary files
+// are the engine's own, whatever the user's umask takes away.
 void setEnvironment(const std::string &workFolder)
 {
     unsetenv("GS_OPTIONS");
     unsetenv("GS_DEVICE");
     setenv("TMPDIR", workFolder.c_str(), 1);
+    umask(S_IRWXG | S_IRWXO);
 }
 
 int becomeGhostscript(const Job &job, const Settings &settings, const std::string &workFolder)
@@ -82,9 +113,10 @@ int becomeGhostscript(const Job &job, const Settings &settings, const std::strin
     for (std::string &word : words)
         argv.push_back(word.data());
     argv.push_back(nullptr);
-    confine(reachOf(ghostscript, workFolder, !job.mark.empty()));
+    const Reach reach = reachOf(ghostscript, workFolder, !job.mark.empty());
+    confine(reach);
     limitMemory(settings.limits.memory);
-    platform::execute(programChannel, ghostscript, argv.data());
+    platform::execute(reach.program, ghostscript, argv.data());
     std::fprintf(stderr, "corvgs: %s: %s\n", ghostscript.c_str(), std::strerror(errno));
     return notStarted;
 }

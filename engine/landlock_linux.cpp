@@ -29,12 +29,13 @@ struct Attributes
 };
 
 constexpr std::uint64_t readRights = LANDLOCK_ACCESS_FS_READ_FILE | LANDLOCK_ACCESS_FS_READ_DIR;
-constexpr std::uint64_t executeRights = LANDLOCK_ACCESS_FS_READ_FILE | LANDLOCK_ACCESS_FS_EXECUTE;
+constexpr std::uint64_t executeRights = readRights | LANDLOCK_ACCESS_FS_EXECUTE;
 constexpr std::uint64_t writeRights =
     LANDLOCK_ACCESS_FS_READ_FILE | LANDLOCK_ACCESS_FS_WRITE_FILE | truncateFile;
 constexpr std::uint64_t folderRights = writeRights | LANDLOCK_ACCESS_FS_READ_DIR |
                                        LANDLOCK_ACCESS_FS_MAKE_REG | LANDLOCK_ACCESS_FS_REMOVE_FILE;
-constexpr std::uint64_t fileRights = executeRights | writeRights;
+constexpr std::uint64_t fileRights =
+    (executeRights | writeRights) & ~std::uint64_t(LANDLOCK_ACCESS_FS_READ_DIR);
 
 long kernelVersion()
 {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 #include <cstdint>
 
@@ -15,6 +16,24 @@ struct Limits
     /// Bytes of address space of the engine. Ghostscript itself takes a quarter of a gibibyte and
     /// the bitmap that the window allows 300 MB more; a machine of 8 GiB lives through four.
     std::uintmax_t memory = std::uintmax_t(4) << 30;
+
+    /// Bytes of the copy and the temporary files together, for a document of any size. Pages with
+    /// layers of transparency need some hundred megabytes of temporary files at worst.
+    std::uintmax_t output = std::uintmax_t(4) << 30;
+
+    /// The same as a multiple of the document's size, where that is more: losslessly recompressed
+    /// scans of gigabytes finish. Who compresses a file has no use for fifty times its size.
+    std::uintmax_t outputFactor = 50;
+
+    /// Bytes of disk space that the engine leaves to everybody else: at a gigabyte a second, as
+    /// much as it can take between two looks. A disk that has less from the start may be used up.
+    std::uintmax_t reserve = std::uintmax_t(512) << 20;
+
+    /// The most bytes that may be written for a document of so many bytes.
+    [[nodiscard]] std::uintmax_t outputFor(std::uintmax_t document) const
+    {
+        return std::max(output, document * outputFactor);
+    }
 };
 
 } // namespace engine

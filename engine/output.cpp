@@ -19,20 +19,23 @@ std::string folderOf(const std::string &path)
 
 std::string absolute(const std::string &folder)
 {
-    std::error_code ignored;
-    return std::filesystem::canonical(folder, ignored);
+    std::error_code error;
+    const std::string path = std::filesystem::canonical(folder, error);
+    if (error)
+        throw Failure("no path to the output folder " + folder + ": " + error.message());
+    return path;
 }
 
 } // namespace
 
 Output::Output(const std::string &path)
     : m_path(path)
-    , m_folderPath(absolute(folderOf(path)))
     , m_name(path.substr(path.rfind('/') + 1))
     , m_folder(open(folderOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
 {
     if (!m_folder)
         throw Failure::ofSystem("no output folder for " + path);
+    m_folderPath = absolute(folderOf(path));
     // O_EXCL refuses a symbolic link too, wherever it leads.
     m_placeholder = Descriptor(openat(m_folder.get(), m_name.c_str(),
                                       O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666));

@@ -83,11 +83,32 @@ std::optional<std::string> valueOf(const Words &words, std::string_view name)
     return {};
 }
 
+// Revision 3 and every reader of it take no more than 32 bytes of a password, and Ghostscript
+// repeats a switch that is too long for it in a message. A letter stays whole: Ghostscript takes
+// what comes behind the half of one for its other half.
+std::string shortened(std::string password)
+{
+    constexpr std::size_t significant = 32;
+    constexpr std::size_t letter = 4;
+    std::size_t size = significant;
+    while (size < password.size() && size < significant + letter - 1 &&
+           (password[size] & 0xc0) == 0x80)
+        ++size;
+    password.resize(std::min(size, password.size()));
+    return password;
+}
+
+std::optional<std::string> passwordOf(const Line &line, std::string_view name)
+{
+    const auto password = valueOf(line.switches, name);
+    return password ? std::optional(shortened(*password)) : std::nullopt;
+}
+
 // Ghostscript takes no user password without an owner password.
 void planPasswords(const Line &line, Job &job)
 {
-    const auto user = valueOf(line.switches, userPasswordSwitch);
-    const auto owner = valueOf(line.switches, ownerPasswordSwitch);
+    const auto user = passwordOf(line, userPasswordSwitch);
+    const auto owner = passwordOf(line, ownerPasswordSwitch);
     if (!user && !owner)
         return;
     Words passwords;

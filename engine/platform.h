@@ -28,7 +28,8 @@ Descriptor openUnnamedFile(int folder);
 /// Gives an unnamed file a name that must be free; false (and errno) if it can't.
 bool nameFile(int file, int folder, const std::string &name);
 
-/// Becomes the program, whose path serves where a descriptor doesn't. Returns only on failure.
+/// Becomes the program, whose path serves where there is no descriptor (-1) or where it doesn't.
+/// Returns only on failure.
 void execute(int program, const std::string &path, char *const argv[]);
 
 /// The files that the system opens for execution when it starts the program.

@@ -48,8 +48,12 @@ bool nameFile(int file, int folder, const std::string &name)
     return linkat(AT_FDCWD, link.c_str(), folder, name.c_str(), AT_SYMLINK_FOLLOW) == 0;
 }
 
-void execute(int program, const std::string &, char *const argv[])
+void execute(int program, const std::string &path, char *const argv[])
 {
+    if (program < 0) {
+        execve(path.c_str(), argv, environ);
+        return;
+    }
     // By descriptor, because that is the one way of starting a program that the system call filter
     // leaves open.
     syscall(SYS_execveat, program, "", argv, environ, AT_EMPTY_PATH);

@@ -52,16 +52,41 @@ void removeFolder(const fs::path &folder)
     fs::remove_all(folder, ignored);
 }
 
+// As far as the folder can be read: unlike a range-for, it throws nothing on the way.
+template <typename Visit>
+void forEachIn(const fs::path &folder, Visit visit)
+{
+    std::error_code error;
+    for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
+         entry.increment(error))
+        visit(*entry);
+}
+
 void removeLeftovers(const fs::path &folder)
 {
-    std::error_code ignored;
-    for (const fs::directory_entry &entry : fs::directory_iterator(folder, ignored)) {
+    forEachIn(folder, [](const fs::directory_entry &entry) {
         if (!entry.path().filename().string().starts_with(prefix()))
-            continue;
+            return;
         if (const Descriptor lock = locked(entry.path()))
             removeFolder(entry.path());
-    }
+    });
 }
+
+// Whatever the user's umask takes away from others, it must leave to us what only we can reach.
+class OwnUmask
+{
+public:
+    OwnUmask()
+        : m_before(umask(S_IRWXG | S_IRWXO))
+    {
+    }
+    ~OwnUmask() { umask(m_before); }
+    OwnUmask(const OwnUmask &) = delete;
+    OwnUmask &operator=(const OwnUmask &) = delete;
+
+private:
+    mode_t m_before;
+};
 
 fs::path makeFolder(const fs::path &parent)
 {
@@ -83,6 +108,7 @@ bool isSame(int file, const fs::path &path)
 
 PrivateFolder::PrivateFolder()
 {
+    const OwnUmask ownUmask;
     const fs::path parent = temporaryFolder();
     removeLeftovers(parent);
     // Another run that clears up may take the new folder for a leftover before the lock is on.
@@ -97,7 +123,7 @@ PrivateFolder::PrivateFolder()
         if (!m_lock)
             fs::remove(m_path, ignored);
     } while (!m_lock || !isSame(m_lock.get(), m_path));
-    if (mkdir(workFolder().c_str(), 0700) != 0) {
+    if (mkdir(workFolder().c_str(), S_IRWXU) != 0) {
         const Failure failure = Failure::ofSystem("no temporary folder in " + parent.string());
         removeFolder(m_path);
         throw failure;
@@ -123,11 +149,11 @@ Descriptor PrivateFolder::openFile() const
 std::uintmax_t PrivateFolder::workSize() const
 {
     std::uintmax_t size = 0;
-    std::error_code ignored;
-    for (const fs::directory_entry &file : fs::directory_iterator(workFolder(), ignored)) {
-        const std::uintmax_t fileSize = file.file_size(ignored);
-        size += ignored ? 0 : fileSize;
-    }
+    forEachIn(workFolder(), [&size](const fs::directory_entry &file) {
+        std::error_code gone;
+        const std::uintmax_t fileSize = file.file_size(gone);
+        size += gone ? 0 : fileSize;
+    });
     return size;
 }
 

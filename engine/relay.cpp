@@ -4,22 +4,12 @@
 
 #include <algorithm>
 #include <fcntl.h>
-#include <poll.h>
 
 namespace engine {
 
 namespace {
 
-// As much as a pipe that polls as writable takes without blocking.
 constexpr std::size_t pieceSize = 512;
-constexpr int patience = 1000; // ms
-
-bool handOn(int reader, const char *bytes, std::size_t count)
-{
-    pollfd ready = {reader, POLLOUT, 0};
-    return poll(&ready, 1, patience) == 1 && (ready.revents & POLLOUT) != 0 &&
-           write(reader, bytes, count) >= 0;
-}
 
 } // namespace
 
@@ -35,11 +25,11 @@ Relay::Relay()
         fcntl(end, F_SETFD, FD_CLOEXEC);
 }
 
-Relay Relay::to(int descriptor, std::string_view phrase)
+Relay Relay::to(Reader reader, std::string_view phrase)
 {
     Relay relay;
     relay.m_watch = PhraseWatch(phrase);
-    relay.m_reader = descriptor;
+    relay.m_reader = reader;
     return relay;
 }
 
@@ -69,8 +59,7 @@ void Relay::take(const char *bytes, std::size_t count)
 {
     m_watch.take({bytes, count});
     m_kept.append(bytes, std::min(count, m_room - m_kept.size()));
-    if (m_reader >= 0 && !handOn(m_reader, bytes, count))
-        m_reader = -1;
+    m_reader.tell({bytes, count});
 }
 
 } // namespace engine

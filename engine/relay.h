@@ -2,6 +2,7 @@
 
 #include "descriptor.h"
 #include "phrasewatch.h"
+#include "reader.h"
 
 #include <cstddef>
 #include <string>
@@ -13,9 +14,8 @@ namespace engine {
 class Relay
 {
 public:
-    /// Hands on what comes to another descriptor, as long as somebody reads there, and looks out
-    /// for a phrase in it (empty: none).
-    static Relay to(int descriptor, std::string_view phrase = {});
+    /// Hands on what comes, and looks out for a phrase in it (empty: none).
+    static Relay to(Reader reader, std::string_view phrase = {});
 
     /// Keeps the first bytes of what comes.
     static Relay keeping(std::size_t bytes);
@@ -36,7 +36,7 @@ private:
 
     Descriptor m_readEnd;
     Descriptor m_writeEnd;
-    int m_reader = -1;
+    Reader m_reader;
     std::size_t m_room = 0;
     std::string m_kept;
     PhraseWatch m_watch{{}};

@@ -3,6 +3,8 @@
 //   DRIVER_GHOSTSCRIPT  the executable that stands for Ghostscript
 //   DRIVER_STALL        processor time without output, in seconds
 //   DRIVER_MEMORY       address space, in MiB
+//   DRIVER_OUTPUT       what may be written for a document of any size, in MiB
+//   DRIVER_RESERVE      what is left free on the disk, in MiB
 //   DRIVER_NO_SAFER     takes Ghostscript's own protection away
 
 #include "engine/commandline.h"
@@ -27,8 +29,16 @@ engine::Settings settings()
     engine::Settings settings = {variable("DRIVER_GHOSTSCRIPT"), {}};
     if (const std::string stall = variable("DRIVER_STALL"); !stall.empty())
         settings.limits.stall = std::chrono::seconds(std::stoi(stall));
-    if (const std::string memory = variable("DRIVER_MEMORY"); !memory.empty())
-        settings.limits.memory = std::stoull(memory) << 20;
+    engine::Limits &limits = settings.limits;
+    const std::pair<const char *, std::uintmax_t *> sizes[] = {
+        {"DRIVER_MEMORY", &limits.memory},
+        {"DRIVER_OUTPUT", &limits.output},
+        {"DRIVER_RESERVE", &limits.reserve},
+    };
+    for (const auto &[name, size] : sizes) {
+        if (const std::string mebibytes = variable(name); !mebibytes.empty())
+            *size = std::stoull(mebibytes) << 20;
+    }
     return settings;
 }
 

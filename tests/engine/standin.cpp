@@ -1,14 +1,19 @@
 // Stands in Ghostscript's place and does what STANDIN says, a verb and mostly a path:
 //
-//   the keys of "attempts" below
+//   the keys of "attempts" below and of callAttempts()
 //                   tries it: status 10 when it could, 20 when it was denied
 //   arguments       prints its arguments, one a line
 //   descriptors     prints the numbers of those that are open
 //   wait            says "ready" and waits for ever
 //   loop crash      what the words say
 //   memory          takes MiB after MiB: status 20 when it gets no more, 10 after 6 GiB
+//   fill            writes 48 MiB into the file and waits for ever
+//   fill-hidden     the same into a temporary file that it has removed
+//   fill-many       the same into 48 temporary files
 //   talk            says a mebibyte and becomes Ghostscript
 //   unfolder        removes what is in the folder, and the folder, and becomes Ghostscript
+
+#include "standincalls.h"
 
 #include <cerrno>
 #include <csignal>
@@ -26,6 +31,7 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 namespace {
 
@@ -146,6 +152,39 @@ int loop()
         turn = !turn;
 }
 
+// Whatever became of it: what follows is not to be seen as an end of one's own.
+int fill(const std::vector<int> &files)
+{
+    const std::string mebibyte(1 << 20, 'x');
+    for (int count = 0; count < 48; ++count) {
+        const int file = files[std::size_t(count) % files.size()];
+        if (write(file, mebibyte.data(), mebibyte.size()) < 0)
+            return denied;
+    }
+    return wait();
+}
+
+int temporaryFile(int number)
+{
+    path = std::getenv("TMPDIR") + ("/" + std::to_string(number));
+    return open(path.c_str(), O_WRONLY | O_CREAT, 0600);
+}
+
+int fillHidden()
+{
+    const int file = temporaryFile(0);
+    unlink(path.c_str());
+    return fill({file});
+}
+
+int fillMany()
+{
+    std::vector<int> files;
+    for (int number = 0; number < 48; ++number)
+        files.push_back(temporaryFile(number));
+    return fill(files);
+}
+
 int crash()
 {
     std::raise(SIGSEGV);
@@ -174,6 +213,9 @@ const std::map<std::string, std::function<int()>> behaviours = {
     {"wait", wait},
     {"loop", loop},
     {"crash", crash},
+    {"fill", [] { return fill({open(path.c_str(), O_WRONLY)}); }},
+    {"fill-hidden", fillHidden},
+    {"fill-many", fillMany},
     {"talk", talk},
     {"unfolder", unfolder},
 };
@@ -189,5 +231,7 @@ int main(int, char *argv[])
     path = colon == std::string::npos ? "" : wish.substr(colon + 1);
     if (const auto behaviour = behaviours.find(verb); behaviour != behaviours.end())
         return behaviour->second();
-    return attempts.at(verb)() ? could : denied;
+    if (const auto attempt = attempts.find(verb); attempt != attempts.end())
+        return attempt->second() ? could : denied;
+    return callAttempts().at(verb)(std::atoi(path.c_str())) ? could : denied;
 }

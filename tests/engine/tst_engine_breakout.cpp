@@ -17,6 +17,10 @@ private slots:
     void kernelIsUpToIt();
     void standin_data();
     void standin();
+    void calls_data();
+    void calls();
+    void allowedCalls_data();
+    void allowedCalls();
     void reachable_data();
     void reachable();
     void postScript_data();
@@ -24,6 +28,9 @@ private slots:
     void postScriptAsDocument();
     void environmentAddsNoSwitches();
     void nothingIsInherited();
+    void wrapper();
+    void wrapperIsConfined_data();
+    void wrapperIsConfined();
 
 private:
     static void prepare(const Bench &bench);
@@ -126,6 +133,74 @@ void TestBreakout::standin()
     }
 }
 
+void TestBreakout::calls_data()
+{
+    QTest::addColumn<QString>("wish");
+    for (const QString &wish : {u"start-shell"_s,
+                                u"become-shell"_s,
+                                u"fork"_s,
+                                u"socket"_s,
+                                u"local-socket"_s,
+                                u"chmod:{home}/secret"_s,
+                                u"truncate:{home}/secret"_s,
+                                u"link:{home}/secret"_s,
+                                u"kill:{parent}"_s,
+                                u"tkill:{parent}"_s,
+                                u"tgkill:{parent}"_s,
+                                u"queue-signal:{parent}"_s,
+                                u"pidfd:{parent}"_s,
+                                u"file-signals:{parent}"_s,
+                                u"off-the-leash"_s,
+                                u"subreaper"_s,
+                                u"dumpable"_s,
+                                u"limits:{parent}"_s,
+                                u"priority:{parent}"_s,
+                                u"disk-priority:{parent}"_s,
+                                u"processors:{parent}"_s,
+                                u"scheduler:{parent}"_s,
+                                u"process-memory"_s,
+                                u"trace"_s,
+                                u"compare"_s,
+                                u"performance-events"_s,
+                                u"bpf"_s,
+                                u"userfaultfd"_s,
+                                u"io-uring"_s,
+                                u"keys"_s,
+                                u"memory-file"_s})
+        QTest::newRow(qPrintable(wish)) << wish;
+}
+
+// The system call filter has to do alone where the kernel is older than Landlock.
+void TestBreakout::calls()
+{
+    QFETCH(QString, wish);
+    Bench bench;
+    prepare(bench);
+    bench.setStandin(filled(wish, bench));
+    const QStringList line = Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s));
+    const Run confined = bench.runWithout(Bench::landlock, line);
+    QCOMPARE(confined.status, 20);
+    const Run unconfined = bench.run(line, Bench::driver(Bench::Unconfined));
+    if (unconfined.status == 20)
+        QSKIP("this system denies it to everybody or to this user");
+    QCOMPARE(unconfined.status, 10);
+}
+
+void TestBreakout::allowedCalls_data()
+{
+    QTest::addColumn<QString>("wish");
+    QTest::newRow("a signal to itself") << u"own-tgkill"_s;
+    QTest::newRow("a name for its thread") << u"own-name"_s;
+}
+
+void TestBreakout::allowedCalls()
+{
+    QFETCH(QString, wish);
+    Bench bench;
+    prepare(bench);
+    QCOMPARE(bench.runStandin(wish, Bench::Confined).status, 10);
+}
+
 void TestBreakout::reachable_data()
 {
     QTest::addColumn<QString>("wish");
@@ -226,6 +301,58 @@ void TestBreakout::nothingIsInherited()
                           Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s)),
                       u"/bin/sh"_s);
         QCOMPARE(run.output, QByteArray("0 1 2 3 4 7 "));
+    }
+}
+
+// Many have a script in Ghostscript's place.
+void TestBreakout::wrapper()
+{
+    for (const auto confinement : {Bench::Unconfined, Bench::Confined}) {
+        Bench bench;
+        prepare(bench);
+        const QString script = bench.home(u"gs"_s);
+        write(script, "#! /bin/sh -e\nname=$(basename \"$0\"); echo \"$name\" | tr g G\nexec '" +
+                          Bench::ghostscript().toUtf8() + "' \"$@\"\n");
+        QVERIFY(QFile::setPermissions(script, QFile::ReadOwner | QFile::ExeOwner));
+        bench.environment.insert(u"DRIVER_GHOSTSCRIPT"_s, script);
+        const Run run = bench.run(
+            Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), {u"-sUserPassword=sesame"_s}),
+            Bench::driver(confinement));
+        QCOMPARE(run.errors, QByteArray());
+        QCOMPARE(run.output, QByteArray("Gs\n"));
+        QCOMPARE(run.status, 0);
+        QCOMPARE(pagesOf(bench.out(u"a.pdf"_s), u"sesame"_s), 1);
+    }
+}
+
+void TestBreakout::wrapperIsConfined_data()
+{
+    QTest::addColumn<QString>("command"); // succeeds or not
+    QTest::newRow("read") << u"cat {home}/secret"_s;
+    QTest::newRow("list") << u"ls {home}"_s;
+    QTest::newRow("write") << u"echo >{out}/new"_s;
+    QTest::newRow("other document") << u"cat {in}/other.pdf"_s;
+    QTest::newRow("start what a user installed") << u"{home}/program"_s;
+    QTest::newRow("signal") << u"kill -0 {parent}"_s;
+}
+
+void TestBreakout::wrapperIsConfined()
+{
+    QFETCH(QString, command);
+    for (const auto confinement : {Bench::Unconfined, Bench::Confined}) {
+        Bench bench;
+        prepare(bench);
+        const QString script = bench.home(u"gs"_s);
+        const QString program = bench.home(u"program"_s);
+        write(script,
+              "#!/bin/sh\nif " + filled(command, bench).toUtf8() + "\nthen exit 10\nfi\nexit 20\n");
+        write(program, "#!/bin/sh\n");
+        for (const QString &file : {script, program})
+            QVERIFY(QFile::setPermissions(file, QFile::ReadOwner | QFile::ExeOwner));
+        bench.environment.insert(u"DRIVER_GHOSTSCRIPT"_s, script);
+        const Run run = bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s)),
+                                  Bench::driver(confinement));
+        QCOMPARE(run.status, confinement == Bench::Confined ? 20 : 10);
     }
 }
 

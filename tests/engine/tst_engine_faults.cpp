@@ -9,6 +9,7 @@
 #include <QTest>
 
 #include <csignal>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -25,19 +26,30 @@ private slots:
     void notAProgram();
     void burningTime();
     void eatingMemory();
+    void writingWithoutEnd_data();
+    void writingWithoutEnd();
+    void fillingTheDisk_data();
+    void fillingTheDisk();
+    void almostFullDisk();
     void terminated_data();
     void terminated();
     void ignoredSignalStaysIgnored();
     void closedWindow();
     void closedStandardStreams();
+    void nobodyReadsErrors();
     void fullFolder();
     void fullTemporaryFolder();
+    void failingDisk();
     void limitedFileSize();
+    void strictUmask_data();
+    void strictUmask();
     void fewDescriptors_data();
     void fewDescriptors();
     void readOnlyFolder();
     void missingFolder();
     void removedFolder();
+    void folderWithoutAPath();
+    void namedDraft();
     void folderWithoutUnnamedFiles();
     void unreadableInput();
     void missingMark();
@@ -48,7 +60,8 @@ private:
     static QStringList line(const Bench &bench);
     static void verifyNothingLeft(const Bench &bench);
     static void verifyFailure(const Run &run, const QByteArray &reason, int status = 1);
-    static Run runOnTinyDisk(const Bench &bench, const QString &mount, const QString &tiny);
+    static Run runOnTinyDisk(const Bench &bench, const QString &mount, const QString &tiny,
+                             const QString &program = Bench::corvgs());
 };
 
 QStringList TestFaults::line(const Bench &bench)
@@ -142,6 +155,59 @@ void TestFaults::eatingMemory()
     verifyNothingLeft(bench);
 }
 
+void TestFaults::writingWithoutEnd_data()
+{
+    QTest::addColumn<QString>("wish");
+    QTest::newRow("copy") << u"fill:/dev/fd/3"_s;
+    QTest::newRow("temporary files") << u"fill-many"_s;
+}
+
+void TestFaults::writingWithoutEnd()
+{
+    QFETCH(QString, wish);
+    Bench bench;
+    write(bench.in(u"a.pdf"_s), samplePdf());
+    bench.environment.insert(u"DRIVER_OUTPUT"_s, u"40"_s);
+    verifyFailure(bench.runStandin(wish, Bench::Confined),
+                  "Ghostscript wrote far more than a copy of the document takes");
+    verifyNothingLeft(bench);
+}
+
+void TestFaults::fillingTheDisk_data()
+{
+    QTest::addColumn<QString>("wish");
+    QTest::addColumn<bool>("inOutput"); // the small disk: there, or in the temporary folder
+    QTest::newRow("copy") << u"fill:/dev/fd/3"_s << true;
+    QTest::newRow("removed temporary file") << u"fill-hidden"_s << false;
+}
+
+void TestFaults::fillingTheDisk()
+{
+    QFETCH(QString, wish);
+    QFETCH(bool, inOutput);
+    Bench bench;
+    write(bench.in(u"a.pdf"_s), samplePdf());
+    bench.setStandin(wish);
+    bench.environment.insert(u"DRIVER_RESERVE"_s, u"24"_s);
+    const Run run = runOnTinyDisk(bench, u"size=64m"_s, inOutput ? bench.out() : bench.temporary(),
+                                  Bench::driver(Bench::Confined));
+    verifyFailure(run, "Ghostscript was about to fill the disk");
+    QCOMPARE(run.output, QByteArray("ready\n")); // of the stand-in; nothing is left on the disk
+    verifyNothingLeft(bench);
+}
+
+// What little is free may be used.
+void TestFaults::almostFullDisk()
+{
+    Bench bench;
+    write(bench.in(u"a.pdf"_s), samplePdf());
+    bench.environment.insert(u"DRIVER_RESERVE"_s, u"24"_s);
+    const Run run = runOnTinyDisk(bench, u"size=4m"_s, bench.out(), Bench::driver(Bench::Confined));
+    QCOMPARE(run.errors, QByteArray());
+    QCOMPARE(run.output, QByteArray("a.pdf\n"));
+    QCOMPARE(run.status, 0);
+}
+
 void TestFaults::terminated_data()
 {
     QTest::addColumn<int>("signal");
@@ -211,9 +277,29 @@ void TestFaults::closedStandardStreams()
     QCOMPARE(pagesOf(bench.out(u"a.pdf"_s)), 1);
 }
 
+void TestFaults::nobodyReadsErrors()
+{
+    int ends[2];
+    QCOMPARE(pipe(ends), 0);
+    fcntl(ends[1], F_SETFL, O_NONBLOCK);
+    while (::write(ends[1], "x", 1) == 1) {
+    }
+    fcntl(ends[1], F_SETFL, 0);
+    Bench bench;
+    QProcess process;
+    process.setProcessEnvironment(bench.environment);
+    process.setChildProcessModifier([&] { dup2(ends[1], STDERR_FILENO); });
+    process.start(Bench::corvgs(), line(bench));
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitCode(), 1);
+    for (const int end : ends)
+        ::close(end);
+}
+
 // In a mount namespace of its own, a folder becomes another disk. Prints what is left in it. Only
 // those who aren't root need a user namespace for that, which a changed root folder forbids.
-Run TestFaults::runOnTinyDisk(const Bench &bench, const QString &mount, const QString &tiny)
+Run TestFaults::runOnTinyDisk(const Bench &bench, const QString &mount, const QString &tiny,
+                              const QString &program)
 {
     QStringList arguments{u"--mount"_s};
     if (geteuid() != 0)
@@ -221,7 +307,7 @@ Run TestFaults::runOnTinyDisk(const Bench &bench, const QString &mount, const QS
     arguments << u"sh"_s << u"-c"_s
               << u"disk=$1 options=$2; shift 2; mount -t tmpfs -o \"$options\" corvgs \"$disk\" "
                  "|| exit 99; \"$0\" \"$@\"; status=$?; ls -A \"$disk\"; exit $status"_s
-              << Bench::corvgs() << tiny << mount;
+              << program << tiny << mount;
     return bench.run(arguments + line(bench), u"unshare"_s);
 }
 
@@ -256,6 +342,15 @@ void TestFaults::fullTemporaryFolder()
     verifyNothingLeft(bench);
 }
 
+// What was written fails only when it is to stay.
+void TestFaults::failingDisk()
+{
+    Bench bench;
+    write(bench.in(u"a.pdf"_s), samplePdf());
+    verifyFailure(bench.runWithout(Bench::soundDisk, line(bench)), ": Input/output error");
+    verifyNothingLeft(bench);
+}
+
 void TestFaults::limitedFileSize()
 {
     Bench bench;
@@ -265,6 +360,48 @@ void TestFaults::limitedFileSize()
     QVERIFY(run.status > 0);
     QCOMPARE(run.errors.count("corvgs: "), 1);
     verifyNothingLeft(bench);
+}
+
+void TestFaults::strictUmask_data()
+{
+    QTest::addColumn<QString>("umask");
+    QTest::addColumn<int>("mode"); // of the copy
+    QTest::newRow("nothing for others") << u"077"_s << 0600;
+    QTest::newRow("no reading") << u"0477"_s << 0200;
+    QTest::newRow("nothing for anybody") << u"0777"_s << 0;
+}
+
+// What the user doesn't want to have himself, the engine needs all the same while it works.
+void TestFaults::strictUmask()
+{
+    QFETCH(QString, umask);
+    QFETCH(int, mode);
+    Bench bench;
+    write(bench.in(u"a.pdf"_s), samplePdf());
+    const QStringList words = QStringList{u"-c"_s, u"umask \"$0\"; exec \"$@\""_s, umask};
+    const auto modeOf = [](const QString &path) {
+        struct stat entry = {};
+        return stat(qPrintable(path), &entry) == 0 ? int(entry.st_mode & 0777) : -1;
+    };
+    bench.setStandin(u"wait"_s);
+    const auto process = bench.start(
+        words + QStringList{Bench::driver(Bench::Confined)} + line(bench), u"/bin/sh"_s);
+    QVERIFY(process->waitForReadyRead());
+    const QStringList folders = Bench::namesIn(bench.temporary());
+    QCOMPARE(folders.size(), 1);
+    QCOMPARE(modeOf(bench.temporary() + u'/' + folders.first()), 0700);
+    QCOMPARE(modeOf(bench.temporary() + u'/' + folders.first() + "/work"_L1), 0700);
+    process->terminate();
+    QVERIFY(process->waitForFinished());
+    verifyNothingLeft(bench);
+
+    const Run run = bench.run(words + QStringList{Bench::corvgs()} + line(bench), u"/bin/sh"_s);
+    QCOMPARE(run.errors, QByteArray());
+    QCOMPARE(run.status, 0);
+    QCOMPARE(modeOf(bench.out(u"a.pdf"_s)), mode);
+    QCOMPARE(chmod(qPrintable(bench.out(u"a.pdf"_s)), 0600), 0);
+    QCOMPARE(pagesOf(bench.out(u"a.pdf"_s)), 1);
+    QCOMPARE(Bench::namesIn(bench.temporary()), QStringList());
 }
 
 void TestFaults::fewDescriptors_data()
@@ -322,6 +459,50 @@ void TestFaults::removedFolder()
                               Bench::driver(Bench::Unconfined));
     verifyFailure(run, "output removed or changed by somebody else: ");
     verifyNothingLeft(bench);
+}
+
+// A working folder so deep that no path leads to it: a killed run's draft could not be found again.
+void TestFaults::folderWithoutAPath()
+{
+    Bench bench;
+    write(bench.in(u"a.pdf"_s), samplePdf());
+    int deepest = open(qPrintable(bench.home()), O_DIRECTORY);
+    const QByteArray name(200, 'x');
+    for (int depth = 0; depth < 30; ++depth) {
+        QCOMPARE(mkdirat(deepest, name, 0700), 0);
+        const int next = openat(deepest, name, O_DIRECTORY);
+        ::close(deepest);
+        deepest = next;
+    }
+    QCOMPARE(mkdirat(deepest, "out", 0700), 0);
+    QProcess process;
+    process.setProcessEnvironment(bench.environment);
+    process.setChildProcessModifier([&] { fchdir(deepest) == 0 || (_exit(99), true); });
+    process.start(Bench::corvgs(), Bench::line(bench.in(u"a.pdf"_s), u"out/a.pdf"_s));
+    QVERIFY(process.waitForFinished());
+    const QByteArray errors = process.readAllStandardError();
+    QVERIFY2(errors.startsWith("corvgs: no path to the output folder out/: "), errors);
+    QCOMPARE(errors.count('\n'), 1);
+    QCOMPARE(process.exitCode(), 1);
+    QCOMPARE(unlinkat(deepest, "out", AT_REMOVEDIR), 0); // empty
+    ::close(deepest);
+    QCOMPARE(QProcess::execute(u"rm"_s, {u"-r"_s, bench.home(name)}), 0);
+}
+
+void TestFaults::namedDraft()
+{
+    Bench bench;
+    write(bench.in(u"a.pdf"_s), samplePdf(2));
+    bench.setStandin(u"list:/nowhere"_s);
+    QCOMPARE(bench.runWithout(Bench::unnamedFiles, line(bench)).status, 20);
+    verifyNothingLeft(bench);
+    bench.environment.insert(u"DRIVER_GHOSTSCRIPT"_s, Bench::ghostscript());
+    const Run run = bench.runWithout(Bench::unnamedFiles, line(bench));
+    QCOMPARE(run.errors, QByteArray());
+    QCOMPARE(run.status, 0);
+    QCOMPARE(Bench::namesIn(bench.out()), QStringList{u"a.pdf"_s});
+    QCOMPARE(pagesOf(bench.out(u"a.pdf"_s)), 2);
+    QCOMPARE(Bench::namesIn(bench.temporary()), QStringList());
 }
 
 // The portable library has none, like some file systems: the draft has a name while it is made.

@@ -34,6 +34,8 @@ private slots:
     void encryption();
     void hardPasswords_data();
     void hardPasswords();
+    void longPasswords_data();
+    void longPasswords();
     void permissions_data();
     void permissions();
     void permissionsWithoutAPassword();
@@ -96,6 +98,39 @@ void TestPasswords::hardPasswords()
     QCOMPARE(pagesOf(bench.out(u"a.pdf"_s), password), 1);
     const QByteArray poppler = outputOf(u"pdfinfo"_s, {u"-upw"_s, password, bench.out(u"a.pdf"_s)});
     QVERIFY2(poppler.contains("Encrypted:"), poppler);
+}
+
+void TestPasswords::longPasswords_data()
+{
+    QTest::addColumn<QString>("password");
+    QTest::newRow("33 letters") << QString(32, u'x') + u'y';
+    QTest::newRow("backslash in the last place") << QString(31, u'x') + u"\\y"_s;
+    QTest::newRow("a letter across the end") << QString(31, u'x') + u"éy"_s;
+    QTest::newRow("thousands of letters") << u"sesame"_s.repeated(2000);
+}
+
+// Who types the whole password in another reader gets in; nothing of it is said.
+void TestPasswords::longPasswords()
+{
+    QFETCH(QString, password);
+    Bench bench;
+    write(bench.in(u"a.pdf"_s), samplePdf());
+    const QString copy = bench.out(u"a.pdf"_s);
+    for (const QString &owner : {password, u"another"_s}) {
+        const Run run = bench.run(
+            Bench::line(bench.in(u"a.pdf"_s), copy,
+                        {"-sUserPassword="_L1 + password, "-sOwnerPassword="_L1 + owner}));
+        QCOMPARE(run.output + run.errors, QByteArray());
+        QCOMPARE(run.status, 0);
+        QCOMPARE(pagesOf(copy), -1);
+        QCOMPARE(pagesOf(copy, password), 1);
+        for (const QString &option : {u"-upw"_s, u"-opw"_s}) {
+            const QByteArray poppler =
+                outputOf(u"pdfinfo"_s, {option, option == u"-upw"_s ? password : owner, copy});
+            QVERIFY2(poppler.contains("Encrypted:"), poppler);
+        }
+        QVERIFY(QFile::remove(copy));
+    }
 }
 
 void TestPasswords::permissions_data()

@@ -32,6 +32,7 @@ private slots:
     void utf8();
     void stall();
     void slowButSound();
+    void outputFor();
     void oneLine();
     void configuredGhostscript();
     void ghostscriptInPath();
@@ -188,6 +189,15 @@ void TestPieces::slowButSound()
     for (int minute = 1; minute <= 24 * 60; ++minute)
         QVERIFY(!watch.isStalled(std::chrono::minutes(minute), std::uintmax_t(minute / 4)));
     QVERIFY(watch.isStalled(Time(25 * 3600), 360));
+}
+
+void TestPieces::outputFor()
+{
+    constexpr std::uintmax_t gibibyte = std::uintmax_t(1) << 30;
+    const engine::Limits limits;
+    QCOMPARE(limits.outputFor(0), 4 * gibibyte);
+    QCOMPARE(limits.outputFor(gibibyte / 16), 4 * gibibyte);
+    QCOMPARE(limits.outputFor(gibibyte), 50 * gibibyte);
 }
 
 void TestPieces::oneLine()

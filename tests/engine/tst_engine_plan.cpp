@@ -186,6 +186,18 @@ void TestPlan::passwords_data()
     row("owner alone", {u"-sOwnerPassword=o"_s}, u"\"-sOwnerPassword=o\"\n"_s, u"o"_s);
     row("blanks and quotes", {u"-sOwnerPassword=a \"b\" #c"_s},
         u"\"-sOwnerPassword=a \\\"b\\\" #c\"\n"_s, u"a \"b\" #c"_s);
+    const QString longest = QString(31, u'x') + u'\\';
+    row("32 bytes and more, both",
+        {"-sUserPassword="_L1 + longest, "-sOwnerPassword="_L1 + longest + u'y'},
+        u"\"-sUserPassword=%1\"\n\"-sOwnerPassword=%1\"\n"_s.arg(longest + QChar(u'\0')), longest);
+    const QString whole = QString(31, u'x') + u'\u20ac'; // three bytes
+    row("a letter across the end", {"-sOwnerPassword="_L1 + whole + u"\u20ac"_s},
+        u"\"-sOwnerPassword=%1\"\n"_s.arg(whole), whole);
+    row("thousands of letters, user alone", {"-sUserPassword="_L1 + QString(9000, u'x')},
+        u"\"-sUserPassword=%1\"\n\"-sOwnerPassword=%1\"\n"_s.arg(QString(32, u'x')),
+        QString(32, u'x'));
+    row("thousands of letters, owner alone", {"-sOwnerPassword="_L1 + QString(9000, u'x')},
+        u"\"-sOwnerPassword=%1\"\n"_s.arg(QString(32, u'x')), QString(32, u'x'));
     row("backslash at the end", {u"-sOwnerPassword=a\\b\\\\"_s},
         u"\"-sOwnerPassword=a\\b\\\\"_s + QChar(u'\0') + u"\"\n"_s, u"a\\b\\\\"_s);
 }
@@ -250,7 +262,7 @@ void TestPlan::everySwitchIsKept_data()
         "-dAutoFilterColorImages=true -dAutoFilterGrayImages=true -dAutoFilterMonoImages=true "
         "-dAutoFilterMonoImages=false -dColorImageFilter=/FlateEncode "
         "-dGrayImageFilter=/FlateEncode -dMonoImageFilter=/FlateEncode "
-        "-dMonoImageFilter=/RunLengthEncode -dMonoImageFilter=/JBIG2Encode "
+        "-dMonoImageFilter=/RunLengthEncode "
         "-dMonoImageFilter=/CCITTFaxEncode -dEmbedAllFonts=true -dEmbedAllFonts=false "
         "-dCompressFonts=true -dCompressFonts=false -dSubsetFonts=true -dSubsetFonts=false"_s;
     for (const QString &one : all.split(u' '))

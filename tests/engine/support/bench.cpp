@@ -124,6 +124,12 @@ Run Bench::runStandin(const QString &wish, Confinement confinement)
     return run(line(in(u"a.pdf"_s), out(u"a.pdf"_s)), driver(confinement));
 }
 
+Run Bench::runWithout(const char *what, const QStringList &arguments) const
+{
+    return run(QStringList{QString::fromLatin1(what), driver(Confined)} + arguments,
+               QStringLiteral(CORVANE_WITHOUT));
+}
+
 std::unique_ptr<QProcess> Bench::start(const QStringList &arguments, const QString &program) const
 {
     auto process = std::make_unique<QProcess>();

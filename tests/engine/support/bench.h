@@ -23,6 +23,11 @@ class Bench
 public:
     enum Confinement { Confined, Unconfined };
 
+    /// What a program may have to do without.
+    static constexpr auto landlock = "landlock";
+    static constexpr auto unnamedFiles = "unnamed-files";
+    static constexpr auto soundDisk = "sound-disk";
+
     Bench();
 
     [[nodiscard]] QString in(const QString &name = {}) const;
@@ -52,6 +57,10 @@ public:
     /// The same with a stand-in in Ghostscript's place.
     [[nodiscard]] Run runStandin(const QString &wish, Confinement confinement);
     void setStandin(const QString &wish);
+
+    /// Runs the driver, confined, on a system that lacks something. Status 99 if it can't be taken
+    /// away.
+    [[nodiscard]] Run runWithout(const char *what, const QStringList &arguments) const;
 
     [[nodiscard]] std::unique_ptr<QProcess> start(const QStringList &arguments,
                                                   const QString &program = corvgs()) const;

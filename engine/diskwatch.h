@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <vector>
+
+namespace engine {
+
+/// Keeps an engine from filling the disk. It sees what no sum of file sizes does: files that were
+/// removed while open.
+class DiskWatch
+{
+public:
+    /// Takes note of the free space that there is now where the folders are.
+    DiskWatch(const std::vector<std::filesystem::path> &folders, std::uintmax_t reserve);
+
+    /// True when somewhere less than the reserve is free, and at least as much has gone since the
+    /// beginning. On a disk that was almost full before, a small copy is nobody's fault.
+    [[nodiscard]] bool isFillingUp() const;
+
+private:
+    struct Disk
+    {
+        std::filesystem::path folder;
+        std::uintmax_t freeAtFirst;
+    };
+
+    std::vector<Disk> m_disks;
+    std::uintmax_t m_reserve;
+};
+
+} // namespace engine

@@ -1,0 +1,164 @@
+#include "engine/reader.h"
+#include "engine/relay.h"
+
+#include <QScopeGuard>
+#include <QTest>
+
+#include <atomic>
+#include <csignal>
+#include <fcntl.h>
+#include <poll.h>
+#include <pthread.h>
+#include <thread>
+#include <unistd.h>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr std::size_t total = 200'000; // bytes; a pipe holds 65,536
+
+struct Pipe
+{
+    Pipe() { ok = pipe(ends) == 0; }
+    ~Pipe()
+    {
+        closeWriteEnd();
+        close(ends[0]);
+    }
+    void closeWriteEnd()
+    {
+        if (ends[1] >= 0)
+            close(ends[1]);
+        ends[1] = -1;
+    }
+    [[nodiscard]] bool isFull() const
+    {
+        pollfd room = {ends[1], POLLOUT, 0};
+        return poll(&room, 1, 0) == 0;
+    }
+    std::size_t drain(std::size_t piece = 65536, std::chrono::milliseconds pause = 0ms) const
+    {
+        std::string bytes(piece, '\0');
+        std::size_t sum = 0;
+        for (ssize_t count = 0; (count = read(ends[0], bytes.data(), piece)) > 0;) {
+            sum += std::size_t(count);
+            if (pause > 0ms)
+                std::this_thread::sleep_for(pause);
+        }
+        return sum;
+    }
+
+    int ends[2] = {-1, -1};
+    bool ok = false;
+};
+
+std::atomic<int> interruptions = 0;
+
+void interrupt(int)
+{
+    ++interruptions;
+}
+
+} // namespace
+
+class TestRelay : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void everythingArrives();
+    void keepsTheBeginning();
+    void silentReader();
+    void readerByDrops();
+    void interrupted();
+};
+
+// More than a pipe holds.
+void TestRelay::everythingArrives()
+{
+    constexpr int rounds = 20;
+    Pipe pipe;
+    QVERIFY(pipe.ok);
+    std::size_t arrived = 0;
+    std::thread reader([&] { arrived = pipe.drain(); });
+    engine::Relay relay = engine::Relay::to(engine::Reader(pipe.ends[1], 60s));
+    const std::string text(50'000, 'x');
+    for (int round = 0; round < rounds; ++round) {
+        QCOMPARE(write(relay.writeEnd(), text.data(), text.size()), ssize_t(text.size()));
+        relay.takeAll();
+    }
+    relay.closeWriteEnd();
+    relay.takeAll();
+    QCOMPARE(relay.readEnd(), -1);
+    pipe.closeWriteEnd();
+    reader.join();
+    QCOMPARE(arrived, rounds * text.size());
+}
+
+void TestRelay::keepsTheBeginning()
+{
+    engine::Relay relay = engine::Relay::keeping(5);
+    QCOMPARE(write(relay.writeEnd(), "abc", 3), ssize_t(3));
+    relay.takeAll();
+    QCOMPARE(write(relay.writeEnd(), "defgh", 5), ssize_t(5));
+    relay.takeAll();
+    QCOMPARE(relay.kept(), std::string("abcde"));
+    QVERIFY(relay.readEnd() >= 0);
+}
+
+void TestRelay::silentReader()
+{
+    Pipe pipe;
+    QVERIFY(pipe.ok);
+    engine::Reader reader(pipe.ends[1], 1ms);
+    reader.tell(std::string(total, 'x'));
+    QVERIFY(pipe.isFull());
+    fcntl(pipe.ends[0], F_SETFL, O_NONBLOCK);
+    QVERIFY(pipe.drain() < total);
+    reader.tell("more");
+    QCOMPARE(pipe.drain(), std::size_t(0));
+}
+
+// Each piece comes through in time, but all of them would take many times the patience.
+void TestRelay::readerByDrops()
+{
+    Pipe pipe;
+    QVERIFY(pipe.ok);
+    std::size_t arrived = 0;
+    std::thread slow([&] { arrived = pipe.drain(4096, 40ms); });
+    engine::Reader(pipe.ends[1], 200ms).tell(std::string(total, 'x'));
+    pipe.closeWriteEnd();
+    slow.join();
+    QVERIFY(arrived > 0);
+    QVERIFY2(arrived < total, qPrintable(QString::number(arrived)));
+}
+
+void TestRelay::interrupted()
+{
+    struct sigaction action = {};
+    struct sigaction before = {};
+    action.sa_handler = interrupt;
+    sigaction(SIGUSR1, &action, &before);
+    const auto restore = qScopeGuard([&] { sigaction(SIGUSR1, &before, nullptr); });
+
+    Pipe pipe;
+    QVERIFY(pipe.ok);
+    std::size_t arrived = 0;
+    std::thread slow([&, teller = pthread_self()] {
+        while (!pipe.isFull())
+            std::this_thread::yield();
+        while (interruptions < 100) {
+            pthread_kill(teller, SIGUSR1);
+            std::this_thread::yield();
+        }
+        arrived = pipe.drain();
+    });
+    engine::Reader(pipe.ends[1], 60s).tell(std::string(total, 'x'));
+    pipe.closeWriteEnd();
+    slow.join();
+    QCOMPARE(arrived, total);
+}
+
+QTEST_GUILESS_MAIN(TestRelay)
+#include "tst_engine_relay.moc"

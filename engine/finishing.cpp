@@ -4,12 +4,14 @@
 #include "confinement.h"
 #include "failure.h"
 #include "filesize.h"
+#include "marktexts.h"
 #include "memorylimit.h"
 #include "pdf/copymaker.h"
 #include "signals.h"
 
 #include <charconv>
 #include <cstdio>
+#include <unistd.h>
 
 namespace engine {
 
@@ -21,6 +23,15 @@ std::optional<int> numberIn(const std::string &text)
     const auto end = text.data() + text.size();
     const auto [rest, error] = std::from_chars(text.data(), end, number);
     return error == std::errc() && rest == end ? std::optional(number) : std::nullopt;
+}
+
+// Of the mark; empty if there is none.
+std::string beginningOf(int file)
+{
+    std::string text(std::size_t(1) << 16, '\0');
+    const ssize_t count = pread(file, text.data(), text.size(), 0);
+    text.resize(count > 0 ? std::size_t(count) : 0);
+    return text;
 }
 
 std::string objectionOf(const CopyOrder &order)
@@ -60,8 +71,15 @@ void finish(const Job &job, const Material &material, const Ending &ghostscript,
             const Limits &limits)
 {
     const CopyOrder order = {
-        documentChannel, interpretationChannel,        draftChannel,       job.password,
-        job.wishes,      numberIn(ghostscript.report), ghostscript.doubted};
+        documentChannel,
+        interpretationChannel,
+        draftChannel,
+        job.password,
+        job.wishes,
+        markTexts(beginningOf(material.mark)),
+        numberIn(ghostscript.report),
+        ghostscript.doubted,
+    };
     Work work;
     work.channels = {{draftChannel, material.draft},
                      {documentChannel, material.document},

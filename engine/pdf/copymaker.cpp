@@ -96,6 +96,8 @@ std::string CopyMaker::makePdfa()
     if (m_objection.empty()) {
         losesNothing();
         settlePdfa(m_interpretation->pdf());
+        restoreTexts(m_interpretation->pdf(), m_order.marked,
+                     m_document ? &m_document->pdf() : nullptr);
         writeInterpretation();
     }
     return m_objection;
@@ -165,9 +167,9 @@ std::optional<std::uintmax_t> CopyMaker::remakeDocument()
         return {};
     try {
         takeDescription(m_document->pdf(), m_interpretation->pdf(), m_objection.empty());
-        recompress(m_document->pdf(), true);
+        const bool intact = recompress(m_document->pdf(), true);
         const std::uintmax_t size = writeDocument();
-        if (!m_document->isSound())
+        if (!intact || !m_document->isSound())
             return {};
         if (size > m_documentSize && !m_order.wishes.changes)
             return writeBytes(m_order.document, m_order.copy);

@@ -2,6 +2,7 @@
 
 #include "../wishes.h"
 
+#include <map>
 #include <optional>
 #include <string>
 
@@ -15,8 +16,9 @@ struct CopyOrder
     int copy;             ///< open for reading and writing
     std::string password; ///< opens the interpretation; empty: none needed
     Wishes wishes;
-    std::optional<int> pagesWritten; ///< as Ghostscript's device counted them
-    bool doubted;                    ///< by Ghostscript itself
+    std::map<std::string, std::string> marked; ///< texts of the document information mark
+    std::optional<int> pagesWritten;           ///< as Ghostscript's device counted them
+    bool doubted;                              ///< by Ghostscript itself
 };
 
 /// Makes the copy: of the interpretation, if that is sound, complete and smaller than the document,

@@ -84,6 +84,22 @@ void settleDescription(QPDF &document, bool pdfa)
     setPacket(document, xmpPacket(description, pdfa));
 }
 
+void restoreTexts(QPDF &copy, const std::map<std::string, std::string> &marked, QPDF *original)
+{
+    QPDFObjectHandle information = informationOf(copy);
+    for (const Entry &entry : texts) {
+        if (isDate(entry.key) || information.hasKey(entry.key))
+            continue;
+        const auto mark = marked.find(entry.key);
+        QPDFObjectHandle own =
+            original ? informationOf(*original).getKey(entry.key) : QPDFObjectHandle::newNull();
+        if (mark != marked.end())
+            information.replaceKey(entry.key, QPDFObjectHandle::newString(mark->second));
+        else if (own.isString())
+            information.replaceKey(entry.key, QPDFObjectHandle::newString(own.getStringValue()));
+    }
+}
+
 void takeDescription(QPDF &document, QPDF &copy, bool complete)
 {
     QPDFObjectHandle information = QPDFObjectHandle::newDictionary();

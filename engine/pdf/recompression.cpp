@@ -13,13 +13,15 @@ namespace {
 // A few bytes can stand for gibibytes; and what became smaller is held until it is written.
 constexpr std::size_t mostOfOne = std::size_t(256) << 20;
 constexpr std::size_t mostOfAll = std::size_t(512) << 20;
+// No deflated byte stands for more than this many.
+constexpr std::size_t mostRatio = 1032;
 
 // "/Filter /FlateDecode", for a stream that had none
 constexpr std::size_t filterEntry = 21;
 
 struct Packed
 {
-    std::string bytes;
+    std::string bytes; ///< empty: the stream has fewer
     QPDFObjectHandle parameters;
 };
 
@@ -28,24 +30,27 @@ std::optional<Packed> repacked(QPDFObjectHandle stream)
 {
     const std::string raw = rawBytesOf(stream);
     const auto bytes = inflated(raw, mostOfOne);
-    std::string better = bytes ? deflated(*bytes) : std::string();
-    if (!bytes || better.size() >= raw.size())
-        return {};
+    if (!bytes)
+        return raw.size() > mostOfOne / mostRatio ? std::optional(Packed()) : std::nullopt;
+    std::string better = deflated(*bytes);
+    if (better.size() >= raw.size())
+        return Packed();
     return Packed{std::move(better), stream.getDict().getKey("/DecodeParms")};
 }
 
 std::optional<Packed> packed(QPDFObjectHandle stream)
 {
     const auto bytes = decodedBytesOf(stream);
-    if (!bytes || bytes->size() > mostOfOne)
+    if (!bytes)
         return {};
-    std::string better = deflated(*bytes);
+    std::string better = bytes->size() > mostOfOne ? std::string() : deflated(*bytes);
     if (better.size() + filterEntry >= rawBytesOf(stream).size())
-        return {};
+        return Packed();
     return Packed{std::move(better), QPDFObjectHandle::newNull()};
 }
 
 // Run lengths are somebody's choice, for readers that know nothing else.
+// Nothing if the stream is damaged.
 std::optional<Packed> betterThan(QPDFObjectHandle stream)
 {
     const auto filters = filtersOf(stream);
@@ -53,7 +58,7 @@ std::optional<Packed> betterThan(QPDFObjectHandle stream)
         return repacked(stream);
     const bool chosen =
         std::find(filters.begin(), filters.end(), "/RunLengthDecode") != filters.end();
-    return isGeneric(filters) && !chosen ? packed(stream) : std::nullopt;
+    return isGeneric(filters) && !chosen ? packed(stream) : Packed();
 }
 
 bool isOfType(QPDFObjectHandle dictionary, const char *key,
@@ -81,20 +86,22 @@ bool mayBePacked(QPDFObjectHandle stream, bool fonts)
 
 } // namespace
 
-void recompress(QPDF &document, bool fonts)
+bool recompress(QPDF &document, bool fonts)
 {
     std::size_t held = 0;
+    bool intact = true;
     for (QPDFObjectHandle object : document.getAllObjects()) {
-        if (held > mostOfAll)
-            return;
-        if (!object.isStream() || !mayBePacked(object, fonts))
+        if (!object.isStream() || !mayBePacked(object, fonts) || held > mostOfAll)
             continue;
-        if (const auto better = betterThan(object)) {
-            object.replaceStreamData(better->bytes, QPDFObjectHandle::newName("/FlateDecode"),
-                                     better->parameters);
-            held += better->bytes.size();
-        }
+        const auto better = betterThan(object);
+        intact = intact && better;
+        if (!better || better->bytes.empty())
+            continue;
+        object.replaceStreamData(better->bytes, QPDFObjectHandle::newName("/FlateDecode"),
+                                 better->parameters);
+        held += better->bytes.size();
     }
+    return intact;
 }
 
 } // namespace engine

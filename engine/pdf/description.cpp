@@ -103,8 +103,11 @@ void restoreTexts(QPDF &copy, const std::map<std::string, std::string> &marked, 
 void takeDescription(QPDF &document, QPDF &copy, bool complete)
 {
     QPDFObjectHandle information = QPDFObjectHandle::newDictionary();
-    if (!complete)
-        information = informationOf(document).shallowCopy();
+    for (auto [key, value] : informationOf(document).getDictAsMap()) {
+        // What isn't a text may be anything, the page tree for one.
+        if (!complete && value.isString())
+            information.replaceKey(key, QPDFObjectHandle::newString(value.getStringValue()));
+    }
     for (auto [key, value] : informationOf(copy).getDictAsMap())
         information.replaceKey(key, value.isIndirect() ? document.copyForeignObject(value)
                                                        : value.shallowCopy());

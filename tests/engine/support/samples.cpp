@@ -7,12 +7,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QByteArray stream(const QByteArray &dictionary, const QByteArray &data)
-{
-    return "<< " + dictionary + " /Length " + QByteArray::number(data.size()) + " >>\nstream\n" +
-           data + "\nendstream";
-}
-
 QByteArray noise(int count)
 {
     QRandomGenerator generator(1);
@@ -25,10 +19,10 @@ QByteArray noise(int count)
 QByteArray imageOf(int edge)
 {
     const QByteArray size = QByteArray::number(edge);
-    return stream("/Type /XObject /Subtype /Image /BitsPerComponent 8 /ColorSpace /DeviceGray"
-                  " /Width " +
-                      size + " /Height " + size,
-                  noise(edge * edge));
+    return pdfStream("/Type /XObject /Subtype /Image /BitsPerComponent 8 /ColorSpace /DeviceGray"
+                     " /Width " +
+                         size + " /Height " + size,
+                     noise(edge * edge));
 }
 
 } // namespace
@@ -45,11 +39,17 @@ QByteArray samplePdf(int pages, int imageEdge)
         objects << "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 300 300] /Resources << /Font << /F "
                    "3 0 R >> /XObject << /I 4 0 R >> >> /Contents " +
                        QByteArray::number(objects.size() + 2) + " 0 R >>";
-        objects << stream({}, "BT /F 24 Tf 40 250 Td (Page " + QByteArray::number(page) +
-                                  ") Tj ET\nq 200 0 0 200 40 20 cm /I Do Q");
+        objects << pdfStream({}, "BT /F 24 Tf 40 250 Td (Page " + QByteArray::number(page) +
+                                     ") Tj ET\nq 200 0 0 200 40 20 cm /I Do Q");
     }
     objects[1] = "<< /Type /Pages /Count " + QByteArray::number(pages) + " /Kids [" + kids + "] >>";
     return pdfOf(objects);
+}
+
+QByteArray pdfStream(const QByteArray &entries, const QByteArray &data)
+{
+    return "<< " + entries + " /Length " + QByteArray::number(data.size()) + " >>\nstream\n" +
+           data + "\nendstream";
 }
 
 QByteArray pdfOf(const QList<QByteArray> &objects)

@@ -1,0 +1,130 @@
+#include "documents.h"
+
+#include "bench.h"
+#include "samples.h"
+
+#include <QProcess>
+#include <QTemporaryDir>
+
+using namespace Qt::StringLiterals;
+
+namespace documents {
+
+namespace {
+
+// Lines of little boxes: what a bilevel compression is made for.
+QByteArray bitmapRow(int y)
+{
+    QByteArray row(100, '\0');
+    for (int x = 0; x < 100; ++x) {
+        if (y % 20 < 12 && (x * 7 + y / 20 * 13) % 5 != 0)
+            row[x] = char(x % 3 == 0 ? 0x7e : 0xff);
+    }
+    return row;
+}
+
+} // namespace
+
+QByteArray withParts(const Parts &parts)
+{
+    QList<QByteArray> objects = {
+        "<< /Type /Catalog /Pages 2 0 R " + parts.catalogue + " >>",
+        "<< /Type /Pages /Count 1 /Kids [3 0 R] >>",
+        "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 200 200] /Contents 4 0 R /Resources << /Font "
+        "<< /F 5 0 R >> " +
+            parts.resources + " >> " + parts.page + " >>",
+        pdfStream({}, "BT /F 12 Tf 20 160 Td (A line of text) Tj ET " + parts.content),
+        "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica /Encoding /WinAnsiEncoding >>"};
+    return pdfOf(objects + parts.objects)
+        .replace("trailer << ", "trailer << " + parts.trailer + ' ');
+}
+
+QByteArray form()
+{
+    Parts parts;
+    parts.catalogue =
+        "/AcroForm << /Fields [6 0 R] /DA (/F 12 Tf) /DR << /Font << /F 5 0 R >> >> >>";
+    parts.page = "/Annots [6 0 R]";
+    parts.objects = {"<< /Type /Annot /Subtype /Widget /FT /Tx /T (name) /V (Zoe) /F 4 /P 3 0 R"
+                     " /Rect [20 20 120 40] /DA (/F 12 Tf) /AP << /N 7 0 R >> >>",
+                     pdfStream("/Type /XObject /Subtype /Form /BBox [0 0 100 20]"
+                               " /Resources << /Font << /F 5 0 R >> >>",
+                               "BT /F 12 Tf 2 5 Td (Zoe) Tj ET")};
+    return withParts(parts);
+}
+
+QByteArray links()
+{
+    const QByteArray page = "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 200 200] /Contents 5 0 R"
+                            " /Resources << /Font << /F 6 0 R >> >> ";
+    return pdfOf({"<< /Type /Catalog /Pages 2 0 R /Dests << /end [4 0 R /XYZ 0 200 0] >> >>",
+                  "<< /Type /Pages /Count 2 /Kids [3 0 R 4 0 R] >>",
+                  page + "/Annots [7 0 R 8 0 R] >>", page + ">>",
+                  pdfStream({}, "BT /F 12 Tf 20 160 Td (A line of text) Tj ET"),
+                  "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica >>",
+                  "<< /Type /Annot /Subtype /Link /Rect [10 10 90 30] /Border [0 0 0]"
+                  " /A << /S /GoTo /D /end >> >>",
+                  "<< /Type /Annot /Subtype /Link /Rect [10 40 90 60] /Border [0 0 0]"
+                  " /A << /S /URI /URI (https://example.org/) >> >>"});
+}
+
+QByteArray upright()
+{
+    Parts parts;
+    parts.content = "BT /F 12 Tf 0 1 -1 0 100 20 Tm (This text runs from bottom to top) Tj"
+                    " 0 1 -1 0 120 20 Tm (and this one just as well) Tj"
+                    " 0 1 -1 0 140 20 Tm (and this one, too) Tj ET";
+    return withParts(parts);
+}
+
+QByteArray scan()
+{
+    QByteArray rows;
+    for (int y = 0; y < 800; ++y)
+        rows += bitmapRow(y);
+    Parts parts;
+    parts.content = "q 144 0 0 144 0 0 cm /I Do Q";
+    parts.resources = "/XObject << /I 6 0 R >>";
+    parts.objects = {pdfStream("/Type /XObject /Subtype /Image /Width 800 /Height 800"
+                               " /BitsPerComponent 1 /ColorSpace /DeviceGray",
+                               rows)};
+    const QTemporaryDir folder;
+    write(folder.filePath(u"raw.pdf"_s), withParts(parts));
+    outputOf(u"gs"_s,
+             {u"-q"_s, u"-dBATCH"_s, u"-dNOPAUSE"_s, u"-sDEVICE=pdfwrite"_s,
+              u"-dAutoFilterMonoImages=false"_s, u"-dMonoImageFilter=/CCITTFaxEncode"_s,
+              u"-dDownsampleMonoImages=false"_s,
+              "-sOutputFile="_L1 + folder.filePath(u"scan.pdf"_s), folder.filePath(u"raw.pdf"_s)});
+    return contentOf(folder.filePath(u"scan.pdf"_s));
+}
+
+// Its information dictionary is its page tree, which leads back to itself.
+QByteArray unreadableForGhostscript()
+{
+    Parts parts;
+    parts.trailer = "/Info 2 0 R";
+    return withParts(parts);
+}
+
+QByteArray outputOf(const QString &tool, const QStringList &arguments)
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    process.start(tool, arguments);
+    if (!process.waitForFinished(120'000) || process.exitCode() != 0) {
+        qWarning() << tool << arguments << "failed";
+        return {};
+    }
+    return process.readAllStandardOutput();
+}
+
+QByteArray rewritten(const QByteArray &document, const QStringList &qpdfOptions)
+{
+    const QTemporaryDir folder;
+    write(folder.filePath(u"in.pdf"_s), document);
+    outputOf(u"qpdf"_s, qpdfOptions + QStringList{folder.filePath(u"in.pdf"_s),
+                                                  folder.filePath(u"out.pdf"_s)});
+    return contentOf(folder.filePath(u"out.pdf"_s));
+}
+
+} // namespace documents

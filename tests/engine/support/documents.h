@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+/// PDF files with something that is easily lost.
+namespace documents {
+
+/// One page of 200 by 200 points with a line of text. Resources and page entries are added to the
+/// page's, objects are numbered from 6, catalogue entries and trailer entries are added as well.
+struct Parts
+{
+    QByteArray content;
+    QByteArray resources;
+    QByteArray page;
+    QByteArray catalogue;
+    QByteArray trailer;
+    QList<QByteArray> objects;
+};
+QByteArray withParts(const Parts &parts);
+
+/// A form with one text field, named "name", that holds "Zoe".
+QByteArray form();
+
+/// Two pages: on the first a link to the second, and one to https://example.org/.
+QByteArray links();
+
+/// A page of text that runs from bottom to top, which Ghostscript turns if nobody keeps it from it.
+QByteArray upright();
+
+/// A page with a bilevel image of 800 by 800 pixels, two inches square, in CCITT Group 4.
+QByteArray scan();
+
+/// A document that libqpdf reads without complaint, and Ghostscript not at all.
+QByteArray unreadableForGhostscript();
+
+/// The output of a tool; empty, with a warning, if it can't be run or fails.
+QByteArray outputOf(const QString &tool, const QStringList &arguments);
+
+/// The document after qpdf has been at it.
+QByteArray rewritten(const QByteArray &document, const QStringList &qpdfOptions);
+
+} // namespace documents

@@ -1,0 +1,245 @@
+// PDF/A: either an independent validator agrees that the copy is PDF/A-1b, or there is no copy.
+#include "bench.h"
+#include "documents.h"
+#include "samples.h"
+
+#include <QProcess>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString classPath()
+{
+    QStringList jars;
+    for (const char *jar : {"preflight", "pdfbox2", "fontbox2", "xmpbox", "commons-logging",
+                            "javax.activation", "jaxb-api"})
+        jars << u"/usr/share/java/%1.jar"_s.arg(QLatin1StringView(jar));
+    return jars.join(u':');
+}
+
+// The validator's verdict: empty if the file is valid.
+QByteArray objectionsTo(const QString &path)
+{
+    QProcess java;
+    java.setProcessChannelMode(QProcess::MergedChannels);
+    java.start(u"java"_s,
+               {u"-cp"_s, classPath(), u"org.apache.pdfbox.preflight.Validator_A1b"_s, path});
+    if (!java.waitForFinished(120'000))
+        return "the validator can't be run";
+    const QByteArray said = java.readAll();
+    return said.contains("is a valid PDF/A-1b file") && java.exitCode() == 0 ? QByteArray() : said;
+}
+
+QByteArray withGraphicsState(const QByteArray &entries)
+{
+    documents::Parts parts;
+    parts.resources = "/ExtGState << /G 6 0 R >>";
+    parts.content = "/G gs 0 1 0 rg 20 20 100 100 re f 1 0 0 rg 60 60 100 80 re f";
+    parts.objects = {"<< /Type /ExtGState " + entries + " >>"};
+    return documents::withParts(parts);
+}
+
+QByteArray withImage(const QByteArray &entries, int bytes)
+{
+    documents::Parts parts;
+    parts.resources = "/XObject << /I 6 0 R >>";
+    parts.content = "q 100 0 0 100 20 20 cm /I Do Q";
+    parts.objects = {
+        pdfStream("/Type /XObject /Subtype /Image /Width 20 /Height 20 /BitsPerComponent 8 " +
+                      entries,
+                  QByteArray(bytes, '\x55')),
+        pdfStream("/Type /XObject /Subtype /Image /Width 20 /Height 20 /BitsPerComponent 8"
+                  " /ColorSpace /DeviceGray",
+                  QByteArray(400, '\x77'))};
+    return documents::withParts(parts);
+}
+
+QByteArray withoutItsFont()
+{
+    documents::Parts parts;
+    parts.resources = "/X 0";
+    parts.content = "BT /C 12 Tf 20 100 Td <00410042> Tj ET";
+    parts.objects = {"<< /Type /Font /Subtype /Type0 /BaseFont /Song /Encoding /Identity-H"
+                     " /DescendantFonts [7 0 R] >>",
+                     "<< /Type /Font /Subtype /CIDFontType0 /BaseFont /Song /CIDSystemInfo"
+                     " << /Registry (Adobe) /Ordering (Japan1) /Supplement 2 >> /FontDescriptor"
+                     " 8 0 R >>",
+                     "<< /Type /FontDescriptor /FontName /Song /Flags 4 /FontBBox [0 0 1000 1000]"
+                     " /ItalicAngle 0 /Ascent 800 /Descent -200 /CapHeight 700 /StemV 80 >>"};
+    return documents::withParts(parts).replace("/F 5 0 R >> /X 0", "/F 5 0 R /C 6 0 R >>");
+}
+
+} // namespace
+
+class TestPdfa : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void validatorTellsThemApart();
+    void valid_data();
+    void valid();
+    void refused_data();
+    void refused();
+    void linksStay();
+    void texts_data();
+    void texts();
+    void withoutPdfaNothingIsClaimed();
+
+private:
+    static Run copyOf(const Bench &bench, const QByteArray &original,
+                      const QStringList &more = {u"-dPDFA"_s}, const QByteArray &mark = {});
+};
+
+Run TestPdfa::copyOf(const Bench &bench, const QByteArray &original, const QStringList &more,
+                     const QByteArray &mark)
+{
+    write(bench.in(u"a.pdf"_s), original);
+    if (!mark.isEmpty())
+        write(bench.mark(), mark);
+    return bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), more,
+                                 mark.isEmpty() ? QString() : bench.mark()));
+}
+
+// What Ghostscript alone calls PDF/A is none.
+void TestPdfa::validatorTellsThemApart()
+{
+    const Bench bench;
+    write(bench.in(u"a.pdf"_s), samplePdf());
+    const Run run =
+        bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), {u"-dPDFA"_s}),
+                  Bench::ghostscript());
+    QCOMPARE(run.status, 0);
+    QVERIFY(objectionsTo(bench.out(u"a.pdf"_s)).contains("not a valid PDF/A-1b file"));
+}
+
+void TestPdfa::valid_data()
+{
+    QTest::addColumn<QByteArray>("original");
+    QTest::newRow("text and a gray image") << samplePdf(3, 40);
+    QTest::newRow("form") << documents::form();
+    QTest::newRow("turned text") << documents::upright();
+    QTest::newRow("scan") << documents::scan();
+    QTest::newRow("RGB") << withImage("/ColorSpace /DeviceRGB", 1200);
+    QTest::newRow("CMYK") << withImage("/ColorSpace /DeviceCMYK", 1600);
+    QTest::newRow("soft mask") << withImage("/ColorSpace /DeviceRGB /SMask 7 0 R", 1200);
+    QTest::newRow("interpolated") << withImage("/ColorSpace /DeviceRGB /Interpolate true", 1200);
+    QTest::newRow("transparency") << withGraphicsState("/ca 0.5 /CA 0.5");
+    QTest::newRow("blending") << withGraphicsState("/BM /Multiply");
+    QTest::newRow("encrypted original")
+        << documents::rewritten(samplePdf(), {u"--encrypt"_s, u""_s, u"o"_s, u"256"_s, u"--"_s});
+    QTest::newRow("object streams")
+        << documents::rewritten(samplePdf(5), {u"--object-streams=generate"_s});
+}
+
+void TestPdfa::valid()
+{
+    QFETCH(QByteArray, original);
+    const Bench bench;
+    const Run run = copyOf(bench, original);
+    QCOMPARE(run.status, 0);
+    QCOMPARE(objectionsTo(bench.out(u"a.pdf"_s)), QByteArray());
+    QCOMPARE(pagesOf(bench.out(u"a.pdf"_s)), pagesOf(bench.in(u"a.pdf"_s)));
+    QCOMPARE(documents::outputOf(u"pdftotext"_s, {bench.out(u"a.pdf"_s), u"-"_s}).simplified(),
+             documents::outputOf(u"pdftotext"_s, {bench.in(u"a.pdf"_s), u"-"_s}).simplified());
+}
+
+void TestPdfa::refused_data()
+{
+    QTest::addColumn<QByteArray>("original");
+    QTest::addColumn<QStringList>("switches");
+    QTest::addColumn<QByteArray>("reason");
+    const QStringList pdfa = {u"-dPDFA"_s};
+    QTest::newRow("user password") << samplePdf() << (pdfa + QStringList{u"-sUserPassword=u"_s})
+                                   << QByteArray("PDF/A allows no passwords");
+    QTest::newRow("owner password") << samplePdf() << (pdfa + QStringList{u"-sOwnerPassword=u"_s})
+                                    << QByteArray("PDF/A allows no passwords");
+    const Bench bench;
+    write(bench.in(u"table.csv"_s), "a;b\n");
+    QTest::newRow("attachment") << documents::rewritten(
+                                       samplePdf(),
+                                       {u"--add-attachment"_s, bench.in(u"table.csv"_s), u"--"_s})
+                                << pdfa << QByteArray("an attachment");
+    QTest::newRow("a font that is not there")
+        << withoutItsFont() << pdfa << QByteArray("does not bring its fonts along");
+    QTest::newRow("unreadable") << documents::unreadableForGhostscript() << pdfa
+                                << QByteArray("could not open the document");
+}
+
+void TestPdfa::refused()
+{
+    QFETCH(QByteArray, original);
+    QFETCH(QStringList, switches);
+    QFETCH(QByteArray, reason);
+    const Bench bench;
+    const Run run = copyOf(bench, original, switches);
+    QVERIFY(run.status > 0);
+    QVERIFY2(run.errors.contains(reason), run.errors);
+    QCOMPARE(Bench::namesIn(bench.out()), QStringList());
+}
+
+// Links have no print flag, as most programs write them; Ghostscript drops such from PDF/A.
+void TestPdfa::linksStay()
+{
+    const Bench bench;
+    QCOMPARE(copyOf(bench, documents::links()).status, 0);
+    QCOMPARE(objectionsTo(bench.out(u"a.pdf"_s)), QByteArray());
+    const QByteArray syntax = documents::outputOf(
+        u"qpdf"_s, {u"--qdf"_s, u"--object-streams=disable"_s, bench.out(u"a.pdf"_s), u"-"_s});
+    QCOMPARE(syntax.count("/Subtype /Link"), 2);
+    QVERIFY(syntax.contains("(https://example.org/)"));
+    const auto destination = syntax.indexOf("/Dest [");
+    const QByteArray secondPage = syntax.mid(destination + 7).trimmed();
+    const QByteArray number = secondPage.left(secondPage.indexOf(' '));
+    const auto pages = syntax.indexOf("/Kids [");
+    QCOMPARE(syntax.mid(pages + 7).simplified().split(' ').value(3), number);
+}
+
+void TestPdfa::texts_data()
+{
+    QTest::addColumn<QByteArray>("mark");
+    QTest::addColumn<QByteArray>("title");
+    QTest::newRow("of the original") << QByteArray() << QByteArray("Zo\xc3\xab");
+    QTest::newRow("of the mark") << QByteArray("[ /Title (\xe5\xa0\xb1\\(1\\)) /DOCINFO pdfmark")
+                                 << QByteArray("\xe5\xa0\xb1(1)");
+    QTest::newRow("blank") << QByteArray("[ /Title ( ) /DOCINFO pdfmark") << QByteArray("");
+    QTest::newRow("none of the mark's")
+        << QByteArray("[ /Creator ( ) \n /Producer ( ) \n /DOCINFO pdfmark")
+        << QByteArray("Zo\xc3\xab");
+}
+
+void TestPdfa::texts()
+{
+    QFETCH(QByteArray, mark);
+    QFETCH(QByteArray, title);
+    documents::Parts parts;
+    parts.trailer = "/Info 6 0 R";
+    parts.objects = {"<< /Title <FEFF005A006F00EB> /Author (A & B) >>"};
+    const Bench bench;
+    QCOMPARE(copyOf(bench, documents::withParts(parts), {u"-dPDFA"_s}, mark).status, 0);
+    QCOMPARE(objectionsTo(bench.out(u"a.pdf"_s)), QByteArray());
+    const QByteArray info =
+        documents::outputOf(u"pdfinfo"_s, {u"-enc"_s, u"UTF-8"_s, bench.out(u"a.pdf"_s)});
+    const QByteArray line = info.contains("Title:") ? info.mid(info.indexOf("Title:") + 6) : "\n";
+    QCOMPARE(line.left(line.indexOf('\n')).trimmed(), title);
+    QVERIFY2(info.contains("A & B"), info);
+}
+
+void TestPdfa::withoutPdfaNothingIsClaimed()
+{
+    const Bench bench;
+    QCOMPARE(copyOf(bench, samplePdf(), {u"-dPDFA"_s}).status, 0);
+    const QByteArray pdfa = contentOf(bench.out(u"a.pdf"_s));
+    QVERIFY(pdfa.contains("pdfaid:part>"));
+    for (const QByteArray &original : {pdfa, documents::form()}) {
+        const Bench other;
+        QCOMPARE(copyOf(other, original, {u"-sOwnerPassword=o"_s}).status, 0);
+        QVERIFY(!documents::outputOf(u"pdfinfo"_s, {u"-meta"_s, other.out(u"a.pdf"_s)})
+                     .contains("pdfaid:part>"));
+    }
+}
+
+QTEST_GUILESS_MAIN(TestPdfa)
+#include "tst_engine_pdfa.moc"

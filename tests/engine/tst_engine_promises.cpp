@@ -1,0 +1,322 @@
+// What a copy keeps, and that it is never larger than its original.
+#include "bench.h"
+#include "documents.h"
+#include "samples.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using documents::outputOf;
+
+class TestPromises : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void neverLarger_data();
+    void neverLarger();
+    void theOriginalItself();
+    void objectStreamsOnlyIfTheyMustBe();
+    void repairedEvenIfLarger();
+    void formKeepsItsFields();
+    void formWithPassword();
+    void formWithDescription();
+    void doubted();
+    void doubtedAndDamaged();
+    void pagesAreNotTurned();
+    void attachmentStays();
+    void linksStay();
+    void textInUtf8();
+    void scanKeepsItsStream();
+    void resampledScanIsGhostscripts();
+    void jbig2_data();
+    void jbig2();
+    void fontsStayUncompressed();
+
+private:
+    struct Copies
+    {
+        Run run;
+        QString path;
+        qint64 size = 0;
+    };
+    static Copies copyOf(const Bench &bench, const QByteArray &original,
+                         const QStringList &more = {}, const QByteArray &mark = {});
+    static QByteArray plainSyntax(const QString &path, const QString &password = {});
+};
+
+TestPromises::Copies TestPromises::copyOf(const Bench &bench, const QByteArray &original,
+                                          const QStringList &more, const QByteArray &mark)
+{
+    write(bench.in(u"a.pdf"_s), original);
+    if (!mark.isEmpty())
+        write(bench.mark(), mark);
+    const QString path = bench.out(u"a.pdf"_s);
+    const Run run = bench.run(
+        Bench::line(bench.in(u"a.pdf"_s), path, more, mark.isEmpty() ? QString() : bench.mark()));
+    return {run, path, QFileInfo(path).size()};
+}
+
+QByteArray TestPromises::plainSyntax(const QString &path, const QString &password)
+{
+    return outputOf(u"qpdf"_s, {"--password="_L1 + password, u"--decrypt"_s, u"--qdf"_s,
+                                u"--object-streams=disable"_s, path, u"-"_s});
+}
+
+void TestPromises::neverLarger_data()
+{
+    QTest::addColumn<QByteArray>("original");
+    const QStringList packed = {u"--object-streams=generate"_s, u"--recompress-flate"_s,
+                                u"--compression-level=9"_s};
+    QTest::newRow("tiny") << documents::withParts({});
+    QTest::newRow("form") << documents::form();
+    QTest::newRow("packed form") << documents::rewritten(documents::form(), packed);
+    QTest::newRow("packed pages") << documents::rewritten(samplePdf(40), packed);
+    QTest::newRow("scan") << documents::scan();
+    QTest::newRow("packed scan") << documents::rewritten(documents::scan(), packed);
+    QTest::newRow("Ghostscript can't read it") << documents::unreadableForGhostscript();
+}
+
+void TestPromises::neverLarger()
+{
+    QFETCH(QByteArray, original);
+    const Bench bench;
+    const Copies copy = copyOf(bench, original);
+    QCOMPARE(copy.run.errors, QByteArray());
+    QCOMPARE(copy.run.status, 0);
+    QVERIFY2(copy.size <= original.size(),
+             qPrintable(u"%1 of %2 bytes"_s.arg(copy.size).arg(original.size())));
+    QCOMPARE(pagesOf(copy.path), pagesOf(bench.in(u"a.pdf"_s)));
+    QCOMPARE(outputOf(u"pdftotext"_s, {copy.path, u"-"_s}),
+             outputOf(u"pdftotext"_s, {bench.in(u"a.pdf"_s), u"-"_s}));
+}
+
+// Nothing could be saved, and nothing was asked for.
+void TestPromises::theOriginalItself()
+{
+    const QByteArray original = documents::withParts({});
+    const Bench bench;
+    QCOMPARE(contentOf(copyOf(bench, original).path), original);
+    const Bench other;
+    const Copies described = copyOf(other, original, {}, "[ /Title (Accounts) /DOCINFO pdfmark");
+    QVERIFY(outputOf(u"pdfinfo"_s, {described.path}).contains("Accounts"));
+}
+
+void TestPromises::objectStreamsOnlyIfTheyMustBe()
+{
+    const QByteArray padded = documents::form() + QByteArray(9000, ' ') + "%%EOF\n";
+    const Bench bench;
+    const Copies loose = copyOf(bench, documents::rewritten(samplePdf(9, 100), {}));
+    QVERIFY(!contentOf(loose.path).contains("/ObjStm"));
+    const QByteArray packed =
+        documents::rewritten(documents::form(), {u"--object-streams=generate"_s});
+    QVERIFY(packed.contains("/ObjStm"));
+    const Bench other;
+    const Copies tight = copyOf(other, packed);
+    QVERIFY(contentOf(tight.path).contains("/ObjStm"));
+    QVERIFY(tight.size <= packed.size());
+}
+
+// A document whose end is missing can't be read by everybody; the copy can.
+void TestPromises::repairedEvenIfLarger()
+{
+    const QByteArray original = samplePdf(2).chopped(40);
+    const Bench bench;
+    const Copies copy = copyOf(bench, original);
+    QCOMPARE(copy.run.status, 0);
+    QVERIFY(copy.size > original.size());
+    QCOMPARE(pagesOf(copy.path), 2);
+}
+
+void TestPromises::formKeepsItsFields()
+{
+    const Bench bench;
+    const Copies copy = copyOf(bench, documents::form());
+    const QByteArray syntax = plainSyntax(copy.path);
+    QVERIFY(syntax.contains("/T (name)"));
+    QVERIFY(syntax.contains("/V (Zoe)"));
+    QVERIFY(syntax.contains("/AcroForm"));
+}
+
+void TestPromises::formWithPassword()
+{
+    const Bench bench;
+    const Copies copy =
+        copyOf(bench, documents::form(),
+               {u"-sUserPassword=u"_s, u"-sOwnerPassword=o"_s, u"-dPermissions=-8"_s});
+    QCOMPARE(copy.run.errors, QByteArray());
+    QCOMPARE(pagesOf(copy.path), -1);
+    QCOMPARE(pagesOf(copy.path, u"u"_s), 1);
+    QVERIFY(plainSyntax(copy.path, u"u"_s).contains("/V (Zoe)"));
+    const QByteArray locks =
+        outputOf(u"qpdf"_s, {u"--password=u"_s, u"--show-encryption"_s, copy.path});
+    QVERIFY2(locks.contains("R = 3"), locks);
+    QVERIFY2(locks.contains("print low resolution: not allowed"), locks);
+    QVERIFY2(locks.contains("print high resolution: not allowed"), locks);
+    QVERIFY2(locks.contains("extract for any purpose: allowed"), locks);
+    QVERIFY(outputOf(u"qpdf"_s, {u"--password=o"_s, u"--show-encryption"_s, copy.path})
+                .contains("Supplied password is owner password"));
+}
+
+void TestPromises::formWithDescription()
+{
+    const Bench bench;
+    const Copies copy =
+        copyOf(bench, documents::form(), {}, "[ /Title (Accounts) /Creator ( ) /DOCINFO pdfmark");
+    const QByteArray info = outputOf(u"pdfinfo"_s, {copy.path});
+    QVERIFY2(info.contains("Accounts"), info);
+    QVERIFY(plainSyntax(copy.path).contains("/V (Zoe)"));
+}
+
+// Ghostscript alone leaves a blank page and is content.
+void TestPromises::doubted()
+{
+    const QByteArray original = documents::unreadableForGhostscript();
+    const Bench bench;
+    const Copies copy = copyOf(bench, original);
+    QCOMPARE(copy.run.status, 0);
+    QVERIFY(copy.run.output.contains("may be incorrect"));
+    QCOMPARE(outputOf(u"pdftotext"_s, {copy.path, u"-"_s}).trimmed(), QByteArray("A line of text"));
+    const Bench other;
+    const Copies described = copyOf(other, original, {}, "[ /Title (Accounts) /DOCINFO pdfmark");
+    QVERIFY(outputOf(u"pdfinfo"_s, {described.path}).contains("Accounts"));
+    QCOMPARE(plainSyntax(described.path).count("/Kids"), 1);
+}
+
+void TestPromises::doubtedAndDamaged()
+{
+    documents::Parts parts;
+    parts.trailer = "/Info 2 0 R";
+    parts.resources = "/XObject << /X 6 0 R >>";
+    parts.content = "/X Do";
+    parts.objects = {pdfStream("/Type /XObject /Subtype /Form /BBox [0 0 9 9] /Filter /FlateDecode",
+                               QByteArray::fromHex("789c4b4c4a"))};
+    const Bench bench;
+    const Copies copy = copyOf(bench, documents::withParts(parts));
+    QVERIFY(copy.run.status > 0);
+    QCOMPARE(Bench::namesIn(bench.out()), QStringList());
+    QVERIFY(copy.run.errors.contains("corvgs: "));
+}
+
+void TestPromises::pagesAreNotTurned()
+{
+    const QByteArray original = documents::upright();
+    const Bench bench;
+    write(bench.in(u"a.pdf"_s), original);
+    (void)bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"plain.pdf"_s)),
+                    Bench::ghostscript());
+    QVERIFY(!outputOf(u"pdfinfo"_s, {bench.out(u"plain.pdf"_s)}).contains("rot:        0"));
+    const Copies copy = copyOf(bench, original, {u"-sUserPassword="_s, u"-sOwnerPassword=o"_s});
+    QVERIFY(outputOf(u"pdfinfo"_s, {copy.path}).contains("rot:        0"));
+}
+
+void TestPromises::attachmentStays()
+{
+    const Bench bench;
+    write(bench.in(u"table.csv"_s), "a;b\n1;2\n");
+    const QByteArray original = documents::rewritten(
+        samplePdf(3, 200), {u"--add-attachment"_s, bench.in(u"table.csv"_s), u"--"_s});
+    const Copies copy = copyOf(bench, original);
+    QCOMPARE(outputOf(u"qpdf"_s, {u"--show-attachment=table.csv"_s, copy.path}),
+             QByteArray("a;b\n1;2\n"));
+}
+
+void TestPromises::linksStay()
+{
+    const Bench bench;
+    const Copies copy = copyOf(bench, documents::links());
+    const QByteArray syntax = plainSyntax(copy.path);
+    QCOMPARE(syntax.count("/Subtype /Link"), 2);
+    QVERIFY(syntax.contains("(https://example.org/)"));
+}
+
+// The window hands over the bytes of the locale.
+void TestPromises::textInUtf8()
+{
+    const Bench bench;
+    const Copies copy = copyOf(bench, samplePdf(2, 300), {},
+                               "[ /Title (Zo\xc3\xab \xe5\xa0\xb1\xe5\x91\x8a) /DOCINFO pdfmark");
+    const QByteArray info = outputOf(u"pdfinfo"_s, {u"-enc"_s, u"UTF-8"_s, copy.path});
+    QVERIFY2(info.contains("Zo\xc3\xab \xe5\xa0\xb1\xe5\x91\x8a\n"), info);
+    QVERIFY(outputOf(u"pdfinfo"_s, {u"-meta"_s, copy.path})
+                .contains("Zo\xc3\xab \xe5\xa0\xb1\xe5\x91\x8a</rdf:li>"));
+}
+
+void TestPromises::scanKeepsItsStream()
+{
+    const Bench bench;
+    const Copies copy = copyOf(bench, documents::scan());
+    const QByteArray images = outputOf(u"pdfimages"_s, {u"-list"_s, copy.path});
+    QVERIFY2(images.contains(" ccitt "), images);
+    for (const QString &name : {u"in"_s, u"out"_s})
+        outputOf(u"pdfimages"_s,
+                 {u"-png"_s, name == "in"_L1 ? bench.in(u"a.pdf"_s) : copy.path, bench.home(name)});
+    QCOMPARE(contentOf(bench.home(u"out-000.png"_s)), contentOf(bench.home(u"in-000.png"_s)));
+    QVERIFY(!contentOf(bench.home(u"in-000.png"_s)).isEmpty());
+}
+
+void TestPromises::resampledScanIsGhostscripts()
+{
+    const Bench bench;
+    QStringList line;
+    write(bench.in(u"a.pdf"_s), documents::scan());
+    for (const QString &word : Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s)))
+        line << (word == "-dMonoImageResolution=300"_L1 ? u"-dMonoImageResolution=100"_s : word);
+    QCOMPARE(bench.run(line).status, 0);
+    const QByteArray images = outputOf(u"pdfimages"_s, {u"-list"_s, bench.out(u"a.pdf"_s)});
+    QVERIFY2(!images.contains(" 800 "), images);
+}
+
+void TestPromises::jbig2_data()
+{
+    QTest::addColumn<QStringList>("filter");
+    QTest::addColumn<QStringList>("passwords");
+    const QStringList asked = {u"-dAutoFilterMonoImages=false"_s,
+                               u"-dMonoImageFilter=/JBIG2Encode"_s};
+    QTest::newRow("asked for") << asked << QStringList();
+    QTest::newRow("automatic") << QStringList{u"-dAutoFilterMonoImages=true"_s} << QStringList();
+    QTest::newRow("encrypted") << asked << QStringList{u"-sOwnerPassword=o"_s};
+}
+
+void TestPromises::jbig2()
+{
+    QFETCH(QStringList, filter);
+    QFETCH(QStringList, passwords);
+    const Bench bench;
+    write(bench.in(u"a.pdf"_s), documents::scan());
+    QStringList line = Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), passwords);
+    line.removeAll(u"-dAutoFilterMonoImages=false"_s);
+    const auto place = line.indexOf(u"-dMonoImageFilter=/FlateEncode"_s);
+    line.removeAt(place);
+    for (const QString &word : filter)
+        line.insert(place, word);
+    const Run run = bench.run(line);
+    QCOMPARE(run.errors, QByteArray());
+    QCOMPARE(run.status, 0);
+    const QString password = passwords.isEmpty() ? QString() : u"o"_s;
+    const QStringList opened = {u"-upw"_s, password, u"-opw"_s, password};
+    const QByteArray images =
+        outputOf(u"pdfimages"_s, opened + QStringList{u"-list"_s, bench.out(u"a.pdf"_s)});
+    QVERIFY2(images.contains(" jbig2 "), images);
+    outputOf(u"pdfimages"_s, {u"-png"_s, bench.in(u"a.pdf"_s), bench.home(u"in"_s)});
+    outputOf(u"pdfimages"_s,
+             opened + QStringList{u"-png"_s, bench.out(u"a.pdf"_s), bench.home(u"out"_s)});
+    QCOMPARE(contentOf(bench.home(u"out-000.png"_s)), contentOf(bench.home(u"in-000.png"_s)));
+}
+
+void TestPromises::fontsStayUncompressed()
+{
+    const Bench bench;
+    write(bench.in(u"a.pdf"_s), samplePdf(2, 300));
+    QStringList line = Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s));
+    line.replaceInStrings(u"-dCompressFonts=true"_s, u"-dCompressFonts=false"_s);
+    QCOMPARE(bench.run(line).status, 0);
+    QVERIFY(contentOf(bench.out(u"a.pdf"_s)).contains("eexec"));
+    const Bench other;
+    QVERIFY(!contentOf(copyOf(other, samplePdf(2, 300)).path).contains("eexec"));
+}
+
+QTEST_GUILESS_MAIN(TestPromises)
+#include "tst_engine_promises.moc"

@@ -206,3 +206,25 @@ Bitmaps decodedByGhostscript(const QList<Jbig2Stream> &streams, const QString &f
     }
     return bitmaps;
 }
+
+QList<QByteArray> encodedByGhostscript(const Bitmaps &bitmaps, const QByteArray &parameters,
+                                       const QString &folder)
+{
+    QByteArray program = "/buffer 65535 string def\n";
+    for (qsizetype i = 0; i < bitmaps.size(); ++i) {
+        const QString file = numbered(folder, i, u".samples"_s);
+        write(file, bytesOf(bitmaps[i].samples()));
+        program += "/from " + postScriptFile(file, "r") + " def /to " +
+                   postScriptFile(numbered(folder, i, u".fax"_s), "w") + " def /filtered to << " +
+                   parameters + " /Columns " + QByteArray::number(bitmaps[i].width()) + " /Rows " +
+                   QByteArray::number(bitmaps[i].height()) +
+                   " >> /CCITTFaxEncode filter def { from buffer readstring exch filtered exch "
+                   "writestring not { exit } if } loop filtered closefile to closefile\n";
+    }
+    if (!runGhostscript(folder, program))
+        return {};
+    QList<QByteArray> streams;
+    for (qsizetype i = 0; i < bitmaps.size(); ++i)
+        streams << contentOf(numbered(folder, i, u".fax"_s));
+    return streams;
+}

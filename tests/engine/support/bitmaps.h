@@ -38,3 +38,8 @@ using Jbig2Decoder = Bitmaps (*)(const QList<Jbig2Stream> &streams, const QStrin
 Bitmaps decodedByJbig2dec(const QList<Jbig2Stream> &streams, const QString &folder);
 Bitmaps decodedByPoppler(const QList<Jbig2Stream> &streams, const QString &folder);
 Bitmaps decodedByGhostscript(const QList<Jbig2Stream> &streams, const QString &folder);
+
+/// Ghostscript's CCITTFaxEncode streams of bitmaps, with these entries in the filter's dictionary
+/// beside the size; none if it fails.
+QList<QByteArray> encodedByGhostscript(const Bitmaps &bitmaps, const QByteArray &parameters,
+                                       const QString &folder);

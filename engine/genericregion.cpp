@@ -40,6 +40,7 @@ struct Window
     unsigned above2 = 0;
     unsigned above1 = 0;
     unsigned own = 0;
+    unsigned far = 0; ///< the own row a period before, or once more
 
     void advance(unsigned nextAbove2, unsigned nextAbove1, unsigned nextOwn)
     {
@@ -51,7 +52,7 @@ struct Window
     // Each of its pixels has the same context.
     [[nodiscard]] bool isUniform() const
     {
-        return (above2 | above1 | own) == 0 || (above2 & above1 & own) == black;
+        return (above2 | above1 | own | far) == 0 || (above2 & above1 & own & far) == black;
     }
 };
 
@@ -62,12 +63,14 @@ struct Run
     std::uint64_t pixels = 0;
 };
 
-template <int pattern>
+// Periodic: the first adaptive pixel has its place in the pixel's row.
+template <int pattern, bool periodic>
 class RegionEncoder
 {
 public:
-    explicit RegionEncoder(const Bitmap &bitmap)
+    explicit RegionEncoder(const Bitmap &bitmap, unsigned period = 0)
         : m_bitmap(bitmap)
+        , m_period(period)
         , m_white(bitmap.stride())
         , m_states(std::size_t(1) << shape.count())
     {
@@ -108,13 +111,28 @@ private:
         const std::uint8_t *own = m_bitmap.row(y);
         const std::size_t last = m_bitmap.stride() - 1;
         Window window = {above2[0], above1[0], own[0]};
+        startPeriod(own);
         for (std::size_t i = 0; i < last; ++i) {
             window.advance(above2[i + 1], above1[i + 1], own[i + 1]);
+            window.far = advancePeriod(window, own, i + 1);
             encodeWindow(window, 8);
         }
         window.advance(0, 0, 0);
+        window.far = advancePeriod(window, own, last + 1);
         encodeWindow(window, (m_bitmap.width() - 1) % 8 + 1);
         finishRun();
+    }
+
+    void startPeriod(const std::uint8_t *own) { m_before = m_period < 8 ? own[0] : 0; }
+
+    unsigned advancePeriod(const Window &window, const std::uint8_t *own, std::size_t next)
+    {
+        if constexpr (!periodic)
+            return window.own;
+        const std::size_t bytes = m_period / 8;
+        const bool inside = next >= bytes && next - bytes < m_bitmap.stride();
+        m_before = m_before << 8 | (inside ? own[next - bytes] : 0U);
+        return m_before >> m_period % 8 & Window::black;
     }
 
     void encodeWindow(const Window &window, unsigned pixels)
@@ -143,11 +161,16 @@ private:
                        << shape.before;
             context |= lowest(window.above2 >> (shift - shape.ahead2), shape.above2)
                        << (shape.before + shape.above1);
+            if constexpr (periodic)
+                context = (context & ~(1U << shape.before)) | (window.far >> shift & 1U)
+                                                                  << shape.before;
             m_encoder.encode(m_states[context], window.own >> shift & 1U);
         }
     }
 
     const Bitmap &m_bitmap;
+    unsigned m_period;
+    std::uint32_t m_before = 0;
     std::vector<std::uint8_t> m_white;
     std::vector<ArithmeticState> m_states;
     ArithmeticEncoder m_encoder;
@@ -159,13 +182,19 @@ private:
 
 std::string encodeRegion(const Bitmap &bitmap, const RegionCoding &coding)
 {
-    return coding.pattern == 0 ? RegionEncoder<0>(bitmap).encode(coding.typical)
-                               : RegionEncoder<1>(bitmap).encode(coding.typical);
+    if (coding.pattern == 1)
+        return RegionEncoder<1, false>(bitmap).encode(coding.typical);
+    if (coding.period == 0)
+        return RegionEncoder<0, false>(bitmap).encode(coding.typical);
+    return RegionEncoder<0, true>(bitmap, coding.period).encode(coding.typical);
 }
 
 std::string adaptivePixels(const RegionCoding &coding)
 {
-    return std::string(neighbours[coding.pattern].adaptive);
+    std::string pixels(neighbours[coding.pattern].adaptive);
+    if (coding.period != 0)
+        pixels.replace(0, 2, {char(-int(coding.period)), 0});
+    return pixels;
 }
 
 } // namespace engine

@@ -36,8 +36,9 @@ bool survives(const engine::Bitmap &bitmap, const engine::RegionCoding &coding,
     if (decoded == Bitmaps{bitmap})
         return true;
     write(QStringLiteral("fuzz-failure.jb2"), QByteArray::fromStdString(stream));
-    std::printf("%u x %u, template %d, typical %d; see fuzz-failure.jb2\n", bitmap.width(),
-                bitmap.height(), coding.pattern, int(coding.typical));
+    std::printf("%u x %u, template %d, typical %d, period %u; see fuzz-failure.jb2\n",
+                bitmap.width(), bitmap.height(), coding.pattern, int(coding.typical),
+                coding.period);
     return false;
 }
 
@@ -52,7 +53,9 @@ int main(int argc, char *argv[])
     QRandomGenerator random(seed);
     const QTemporaryDir folder;
     for (int round = 0; round < count; ++round) {
-        const engine::RegionCoding coding = {random.bounded(2), random.bounded(2) == 0};
+        engine::RegionCoding coding = {random.bounded(2), random.bounded(2) == 0};
+        if (coding.pattern == 0 && random.bounded(2) == 0)
+            coding.period = random.bounded(5U, 128U);
         if (!survives(next(random), coding, folder.path()))
             return 1;
         if ((round + 1) % 1000 == 0) {

@@ -1,5 +1,6 @@
 #include "bitmaps.h"
 #include "engine/arithmeticencoder.h"
+#include "engine/halftone.h"
 #include "engine/jbig2.h"
 
 #include <QTemporaryDir>
@@ -20,6 +21,7 @@ private slots:
     void roundTrip();
     void codings_data();
     void codings();
+    void halftones();
     void best();
 };
 
@@ -82,6 +84,8 @@ Bitmaps patterns()
             drawn(500, 300, [](quint32 x, quint32) { return x % 3 == 0; }),
             drawn(500, 300, [](quint32, quint32 y) { return y % 5 == 0; }),
             drawn(501, 300, [](quint32 x, quint32 y) { return (x ^ y) % 7 < 3; }),
+            halftone(800, 300, 8),
+            halftone(333, 200, 11),
             drawn(1, 5000, [](quint32, quint32 y) { return y % 64 < 9; }),
             drawn(70000, 2, [](quint32 x, quint32 y) { return x % 4096 < 9 + y; })};
 }
@@ -196,24 +200,46 @@ void TestJbig2::codings_data()
 {
     QTest::addColumn<int>("pattern");
     QTest::addColumn<bool>("typical");
-    QTest::newRow("16 neighbours") << 0 << false;
-    QTest::newRow("16 neighbours, typical rows") << 0 << true;
-    QTest::newRow("13 neighbours") << 1 << false;
-    QTest::newRow("13 neighbours, typical rows") << 1 << true;
+    QTest::addColumn<unsigned>("period");
+    QTest::newRow("16 neighbours") << 0 << false << 0U;
+    QTest::newRow("16 neighbours, typical rows") << 0 << true << 0U;
+    QTest::newRow("13 neighbours") << 1 << false << 0U;
+    QTest::newRow("13 neighbours, typical rows") << 1 << true << 0U;
+    QTest::newRow("period 5") << 0 << false << 5U;
+    QTest::newRow("period 8, typical rows") << 0 << true << 8U;
+    QTest::newRow("period 63") << 0 << false << 63U;
+    QTest::newRow("period 127, typical rows") << 0 << true << 127U;
 }
 
 void TestJbig2::codings()
 {
     QFETCH(int, pattern);
     QFETCH(bool, typical);
+    QFETCH(unsigned, period);
     const Bitmaps bitmaps = everyWidth() + everyDensity() + solids() + texts() + patterns();
     QTemporaryDir folder;
     QList<Jbig2Stream> streams;
     for (const engine::Bitmap &bitmap : bitmaps)
-        streams << Jbig2Stream{engine::encodeJbig2(bitmap, {pattern, typical}), bitmap.width(),
-                               bitmap.height()};
+        streams << Jbig2Stream{engine::encodeJbig2(bitmap, {pattern, typical, period}),
+                               bitmap.width(), bitmap.height()};
     QCOMPARE(firstDifference(bitmaps, decodedByJbig2dec(streams, folder.path())), -1);
     QCOMPARE(firstDifference(bitmaps, decodedByPoppler(streams, folder.path())), -1);
+}
+
+void TestJbig2::halftones()
+{
+    QRandomGenerator random(6);
+    QCOMPARE(engine::halftonePeriod(noise(500, 500, 50, random)), 0U);
+    QCOMPARE(engine::halftonePeriod(solid(500, 500, true)), 0U);
+    QCOMPARE(engine::halftonePeriod(solid(3, 3, true)), 0U);
+    for (const unsigned period : {5U, 8U, 11U, 30U}) {
+        const engine::Bitmap bitmap = halftone(1000, 500, period);
+        const unsigned found = engine::halftonePeriod(bitmap);
+        QVERIFY(found != 0);
+        QCOMPARE(found % period, 0U);
+        QVERIFY(engine::encodeJbig2(bitmap).size() <
+                engine::encodeJbig2(bitmap, {0, false}).size());
+    }
 }
 
 // On a drawing, a page of small text, and a large one, none is larger than what each coding makes.

@@ -6,6 +6,8 @@
 #include <QDir>
 #include <QProcess>
 
+#include <cmath>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -125,13 +127,26 @@ engine::Bitmap text(quint32 width, quint32 height, QRandomGenerator &random)
     });
 }
 
+engine::Bitmap halftone(quint32 width, quint32 height, quint32 period)
+{
+    const auto dot = [period](quint32 place) {
+        return std::cos(2 * M_PI * double(place % period) / period);
+    };
+    QRandomGenerator grain(7);
+    return drawn(width, height, [&](quint32 x, quint32 y) {
+        const double shade = std::sin(x / 90.0) * std::cos(y / 70.0) + grain.bounded(0.4);
+        return (dot(x) + dot(y)) / 2 > shade;
+    });
+}
+
 engine::Bitmap anyBitmap(quint32 width, quint32 height, QRandomGenerator &random)
 {
     width = random.bounded(width) + 1;
     height = random.bounded(height) + 1;
-    engine::Bitmap bitmap = random.bounded(3) == 0
-                                ? text(width, height, random)
-                                : noise(width, height, random.bounded(101U), random);
+    const quint32 kind = random.bounded(4U);
+    engine::Bitmap bitmap = kind == 0   ? text(width, height, random)
+                            : kind == 1 ? halftone(width, height, random.bounded(60U) + 4)
+                                        : noise(width, height, random.bounded(101U), random);
     if (random.bounded(2) == 0)
         bitmap.invert();
     for (quint32 y = 1; y < height; ++y) {

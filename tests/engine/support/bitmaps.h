@@ -23,6 +23,9 @@ engine::Bitmap noise(quint32 width, quint32 height, quint32 density, QRandomGene
 /// Lines of letters: there are few shapes, which come again and again, on white.
 engine::Bitmap text(quint32 width, quint32 height, QRandomGenerator &random);
 
+/// A photograph as a press prints it, in dots of so many pixels.
+engine::Bitmap halftone(quint32 width, quint32 height, quint32 period);
+
 /// Any of these, of any size up to these.
 engine::Bitmap anyBitmap(quint32 width, quint32 height, QRandomGenerator &random);
 

@@ -10,6 +10,7 @@
 #include "losses.h"
 #include "pdfa.h"
 #include "recompression.h"
+#include "texts.h"
 
 #include <memory>
 
@@ -44,6 +45,7 @@ public:
 
 private:
     std::string makePdfa();
+    std::string objectionToPdfa();
     std::string makeOfDamaged();
     bool losesNothing();
     void settleInterpretation();
@@ -90,17 +92,30 @@ std::string CopyMaker::make()
 std::string CopyMaker::makePdfa()
 {
     if (m_objection.empty())
-        m_objection = pdfaObjection(m_interpretation->pdf());
-    if (m_objection.empty() && m_document && needsForeignFonts(m_document->pdf()))
-        m_objection = "it can't become PDF/A-1b: it does not bring its fonts along";
-    if (m_objection.empty()) {
-        losesNothing();
-        settlePdfa(m_interpretation->pdf());
-        restoreTexts(m_interpretation->pdf(), m_order.marked,
-                     m_document ? &m_document->pdf() : nullptr);
-        writeInterpretation();
-    }
-    return m_objection;
+        m_objection = objectionToPdfa();
+    if (!m_objection.empty())
+        return m_objection;
+    losesNothing();
+    settlePdfa(m_interpretation->pdf());
+    restoreTexts(m_interpretation->pdf(), m_order.marked,
+                 m_document ? &m_document->pdf() : nullptr);
+    writeInterpretation();
+    return {};
+}
+
+std::string CopyMaker::objectionToPdfa()
+{
+    const std::string objection = pdfaObjection(m_interpretation->pdf());
+    if (!objection.empty() || !m_document)
+        return objection;
+    const std::string general = "it can't become PDF/A-1b: ";
+    if (needsForeignFonts(m_document->pdf()))
+        return general + "it does not bring its fonts along";
+    if (attachmentsOf(m_document->pdf()) > 0)
+        return general + "it has an attachment";
+    if (losesText(m_document->pdf(), m_interpretation->pdf()))
+        return general + "its transparency would cost the text";
+    return {};
 }
 
 // What Ghostscript repaired is worth more than what it was, even if it takes more room. A flaw that

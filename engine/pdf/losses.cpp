@@ -21,11 +21,6 @@ std::size_t outlineEntries(QPDF &document)
     return entriesBelow(QPDFOutlineDocumentHelper(document).getTopLevelOutlines());
 }
 
-std::size_t attachedFiles(QPDF &document)
-{
-    return QPDFEmbeddedFileDocumentHelper(document).getEmbeddedFiles().size();
-}
-
 std::size_t annotations(QPDF &document, const std::string &subtype)
 {
     std::size_t count = 0;
@@ -55,7 +50,7 @@ constexpr Kind kinds[] = {
     {"form fields", formFields},
     {"links", links},
     {"outline entries", outlineEntries},
-    {"attachments", attachedFiles},
+    {"attachments", attachmentsOf},
 };
 
 } // namespace
@@ -67,6 +62,11 @@ std::string lossOf(QPDF &original, QPDF &copy)
             return kind.name;
     }
     return {};
+}
+
+std::size_t attachmentsOf(QPDF &document)
+{
+    return QPDFEmbeddedFileDocumentHelper(document).getEmbeddedFiles().size();
 }
 
 } // namespace engine

@@ -9,4 +9,7 @@ namespace engine {
 /// "form fields", "outline entries", "attachments". Empty if nothing is lost.
 std::string lossOf(QPDF &original, QPDF &copy);
 
+/// The number of files that a document carries.
+std::size_t attachmentsOf(QPDF &document);
+
 } // namespace engine

@@ -124,10 +124,10 @@ void TestPdfa::valid_data()
     QTest::newRow("scan") << documents::scan();
     QTest::newRow("RGB") << withImage("/ColorSpace /DeviceRGB", 1200);
     QTest::newRow("CMYK") << withImage("/ColorSpace /DeviceCMYK", 1600);
-    QTest::newRow("soft mask") << withImage("/ColorSpace /DeviceRGB /SMask 7 0 R", 1200);
     QTest::newRow("interpolated") << withImage("/ColorSpace /DeviceRGB /Interpolate true", 1200);
-    QTest::newRow("transparency") << withGraphicsState("/ca 0.5 /CA 0.5");
-    QTest::newRow("blending") << withGraphicsState("/BM /Multiply");
+    QTest::newRow("transparency without text")
+        << withGraphicsState("/ca 0.5 /CA 0.5")
+               .replace("(A line of text) Tj", "                   ");
     QTest::newRow("encrypted original")
         << documents::rewritten(samplePdf(), {u"--encrypt"_s, u""_s, u"o"_s, u"256"_s, u"--"_s});
     QTest::newRow("object streams")
@@ -161,7 +161,11 @@ void TestPdfa::refused_data()
     QTest::newRow("attachment") << documents::rewritten(
                                        samplePdf(),
                                        {u"--add-attachment"_s, bench.in(u"table.csv"_s), u"--"_s})
-                                << pdfa << QByteArray("an attachment");
+                                << pdfa << QByteArray("attachment");
+    for (const char *state : {"/ca 0.5 /CA 0.5", "/BM /Multiply"})
+        QTest::newRow(state) << withGraphicsState(state) << pdfa << QByteArray("cost the text");
+    QTest::newRow("soft mask") << withImage("/ColorSpace /DeviceRGB /SMask 7 0 R", 1200) << pdfa
+                               << QByteArray("cost the text");
     QTest::newRow("a font that is not there")
         << withoutItsFont() << pdfa << QByteArray("does not bring its fonts along");
     QTest::newRow("unreadable") << documents::unreadableForGhostscript() << pdfa

@@ -33,7 +33,6 @@ private slots:
     void resampledScanIsGhostscripts();
     void jbig2_data();
     void jbig2();
-    void fontsStayUncompressed();
 
 private:
     struct Copies
@@ -106,7 +105,6 @@ void TestPromises::theOriginalItself()
 
 void TestPromises::objectStreamsOnlyIfTheyMustBe()
 {
-    const QByteArray padded = documents::form() + QByteArray(9000, ' ') + "%%EOF\n";
     const Bench bench;
     const Copies loose = copyOf(bench, documents::rewritten(samplePdf(9, 100), {}));
     QVERIFY(!contentOf(loose.path).contains("/ObjStm"));
@@ -304,18 +302,6 @@ void TestPromises::jbig2()
     outputOf(u"pdfimages"_s,
              opened + QStringList{u"-png"_s, bench.out(u"a.pdf"_s), bench.home(u"out"_s)});
     QCOMPARE(contentOf(bench.home(u"out-000.png"_s)), contentOf(bench.home(u"in-000.png"_s)));
-}
-
-void TestPromises::fontsStayUncompressed()
-{
-    const Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf(2, 300));
-    QStringList line = Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s));
-    line.replaceInStrings(u"-dCompressFonts=true"_s, u"-dCompressFonts=false"_s);
-    QCOMPARE(bench.run(line).status, 0);
-    QVERIFY(contentOf(bench.out(u"a.pdf"_s)).contains("eexec"));
-    const Bench other;
-    QVERIFY(!contentOf(copyOf(other, samplePdf(2, 300)).path).contains("eexec"));
 }
 
 QTEST_GUILESS_MAIN(TestPromises)

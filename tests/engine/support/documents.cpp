@@ -4,6 +4,7 @@
 #include "samples.h"
 
 #include <QProcess>
+#include <QRandomGenerator>
 #include <QTemporaryDir>
 
 using namespace Qt::StringLiterals;
@@ -12,15 +13,22 @@ namespace documents {
 
 namespace {
 
-// Lines of little boxes: what a bilevel compression is made for.
-QByteArray bitmapRow(int y)
+// Strokes that wander from row to row: hard for Flate, easy for a fax.
+QByteArray wanderingStrokes()
 {
-    QByteArray row(100, '\0');
-    for (int x = 0; x < 100; ++x) {
-        if (y % 20 < 12 && (x * 7 + y / 20 * 13) % 5 != 0)
-            row[x] = char(x % 3 == 0 ? 0x7e : 0xff);
+    QRandomGenerator random(1);
+    QList<int> strokes = {100, 220, 340, 460, 580, 700};
+    QByteArray rows;
+    for (int y = 0; y < 800; ++y) {
+        QByteArray row(100, '\xff');
+        for (int &stroke : strokes) {
+            stroke += random.bounded(3) - 1;
+            for (int x = stroke; x < stroke + 9; ++x)
+                row[x / 8] = char(row[x / 8] & ~(0x80 >> x % 8));
+        }
+        rows += row;
     }
-    return row;
+    return rows;
 }
 
 } // namespace
@@ -79,15 +87,12 @@ QByteArray upright()
 
 QByteArray scan()
 {
-    QByteArray rows;
-    for (int y = 0; y < 800; ++y)
-        rows += bitmapRow(y);
     Parts parts;
     parts.content = "q 144 0 0 144 0 0 cm /I Do Q";
     parts.resources = "/XObject << /I 6 0 R >>";
     parts.objects = {pdfStream("/Type /XObject /Subtype /Image /Width 800 /Height 800"
                                " /BitsPerComponent 1 /ColorSpace /DeviceGray",
-                               rows)};
+                               wanderingStrokes())};
     const QTemporaryDir folder;
     write(folder.filePath(u"raw.pdf"_s), withParts(parts));
     outputOf(u"gs"_s,

@@ -1,5 +1,5 @@
-// The launcher's choice of a folder for temporary files. A shell script in the program's place prints
-// what it was given.
+// The launcher's choice of a folder for temporary files. A shell script in the program's place
+// prints what it was given.
 
 #include <QDir>
 #include <QFile>
@@ -97,9 +97,11 @@ void TestLauncher::leavesAPrivateFolderAlone_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("link");
-    QTest::newRow("plain") << "mine" << "";
+    QTest::newRow("plain") << "mine"
+                           << "";
     QTest::newRow("odd name") << odd << "";
-    QTest::newRow("through a link") << "mine" << "link";
+    QTest::newRow("through a link") << "mine"
+                                    << "link";
 }
 
 void TestLauncher::leavesAPrivateFolderAlone()

@@ -13,12 +13,11 @@ QString markText(const Description &description)
 {
     const QString mark = u"[ /Title (%1)\n /Author (%2) \n /Subject (%3) \n /Keywords (%4)"
                          " \n /Creator (%5) \n /Producer (%6) \n /DOCINFO pdfmark"_s;
-    return mark
-        .arg(description.title) // clazy:exclude=qstring-arg
+    return mark.arg(description.title)
         .arg(description.author)
         .arg(description.subject)
         .arg(description.keywords)
-        .arg(description.creator)
+        .arg(description.creator) // clazy:exclude=qstring-arg
         .arg(description.producer);
 }
 

@@ -21,6 +21,11 @@ target_compile_options(corvane_build_options INTERFACE
     # GCC 12 at -O3 takes the sum of a literal and a temporary string for an overlapping copy.
     $<$<AND:$<CONFIG:Release>,$<CXX_COMPILER_ID:GNU>,$<VERSION_LESS:$<CXX_COMPILER_VERSION>,13>>:-Wno-restrict>)
 
+if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+    # Files of 2 GiB and more, and limits to match.
+    target_compile_definitions(corvane_build_options INTERFACE _FILE_OFFSET_BITS=64)
+endif()
+
 if(CORVANE_SANITIZE)
     target_compile_options(corvane_build_options INTERFACE
         -fsanitize=address,undefined

@@ -17,7 +17,14 @@ target_compile_options(corvane_build_options INTERFACE
     -Wdouble-promotion
     -Wformat=2
     -Wimplicit-fallthrough
-    -Wundef)
+    -Wundef
+    # GCC 12 at -O3 takes the sum of a literal and a temporary string for an overlapping copy.
+    $<$<AND:$<CONFIG:Release>,$<CXX_COMPILER_ID:GNU>,$<VERSION_LESS:$<CXX_COMPILER_VERSION>,13>>:-Wno-restrict>)
+
+if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+    # Files of 2 GiB and more, and limits to match.
+    target_compile_definitions(corvane_build_options INTERFACE _FILE_OFFSET_BITS=64)
+endif()
 
 if(CORVANE_SANITIZE)
     target_compile_options(corvane_build_options INTERFACE
@@ -35,4 +42,5 @@ target_compile_definitions(corvane_qt_options INTERFACE
     QT_NO_CAST_TO_ASCII
     QT_NO_CAST_FROM_BYTEARRAY
     QT_NO_URL_CAST_FROM_STRING
-    QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+    # Nothing that is deprecated in a later Qt than the one at hand, either.
+    QT_DISABLE_DEPRECATED_BEFORE=0x060F00)

@@ -17,7 +17,7 @@ QString markText(const Description &description)
         .arg(description.author)
         .arg(description.subject)
         .arg(description.keywords)
-        .arg(description.creator)
+        .arg(description.creator) // clazy:exclude=qstring-arg
         .arg(description.producer);
 }
 

@@ -42,6 +42,7 @@ constexpr ArithmeticState stateOf(unsigned estimate, unsigned likelyBit)
 
 } // namespace
 
+// cppcheck-suppress syntaxError // it can't read a lambda that is called here
 constexpr std::array<ArithmeticEncoder::Row, 94> ArithmeticEncoder::rows = [] {
     std::array<Row, 94> all = {};
     for (unsigned state = 0; state < all.size(); ++state) {

@@ -14,18 +14,18 @@ Bitmap::Bitmap(std::uint32_t width, std::uint32_t height, std::size_t stride)
 
 std::optional<Bitmap> Bitmap::blank(std::uint32_t width, std::uint32_t height)
 {
-    const std::uint64_t stride = (std::uint64_t(width) + 7) / 8;
-    if (stride > largest || stride * height > largest)
+    const std::uint64_t rowBytes = (std::uint64_t(width) + 7) / 8;
+    if (rowBytes > largest || rowBytes * height > largest)
         return {};
-    return Bitmap(width, height, std::size_t(stride));
+    return Bitmap(width, height, std::size_t(rowBytes));
 }
 
 std::optional<Bitmap> Bitmap::ofSamples(std::uint32_t width, std::uint32_t height,
                                         std::string_view samples)
 {
     // Not made before it is known that the samples are there: a few bytes can claim any size.
-    const std::uint64_t stride = (std::uint64_t(width) + 7) / 8;
-    if (stride > largest || stride * height > std::min<std::uint64_t>(largest, samples.size()))
+    const std::uint64_t rowBytes = (std::uint64_t(width) + 7) / 8;
+    if (rowBytes > largest || rowBytes * height > std::min<std::uint64_t>(largest, samples.size()))
         return {};
     std::optional<Bitmap> bitmap = blank(width, height);
     std::copy_n(samples.begin(), bitmap->m_bytes.size(), bitmap->m_bytes.begin());

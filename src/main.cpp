@@ -10,7 +10,7 @@ int main(int argc, char *argv[])
     // From here on the only plug-ins are those beside the program, as in an application bundle.
     QDir plugins(QCoreApplication::applicationDirPath());
     plugins.cdUp();
-    plugins.cd(QStringLiteral("Plugins"));
+    static_cast<void>(plugins.cd(QStringLiteral("Plugins"))); // without it there are none
     QCoreApplication::setLibraryPaths({plugins.absolutePath()});
 
     // Remembered folders may be relative: they start at the program.

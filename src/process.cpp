@@ -59,7 +59,8 @@ QString rememberedFolder(QLatin1String key)
 
 void rememberFolder(QLatin1String key, const QString &folder)
 {
-    QSettings(core::settingsFilePath(), QSettings::IniFormat).setValue(key, folder);
+    QSettings settings(core::settingsFilePath(), QSettings::IniFormat);
+    settings.setValue(key, folder);
 }
 
 } // namespace

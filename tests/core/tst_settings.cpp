@@ -120,7 +120,10 @@ void TestSettings::valuesAreReadBackAsWritten_data()
 void TestSettings::valuesAreReadBackAsWritten()
 {
     QFETCH(QString, value);
-    QSettings(core::settingsFilePath(), QSettings::IniFormat).setValue(u"Secur/UsrPwd"_s, value);
+    {
+        QSettings written(core::settingsFilePath(), QSettings::IniFormat);
+        written.setValue(u"Secur/UsrPwd"_s, value);
+    }
     const QSettings settings(core::settingsFilePath(), QSettings::IniFormat);
     QCOMPARE(core::engineValue(settings, "Secur/UsrPwd"_L1), value);
     QCOMPARE(core::engineValues(settings).value(u"Secur/UsrPwd"_s), value);

@@ -84,13 +84,7 @@ void TestProgram::installedTreeHasTheSameShape()
                   {"--install", QFileInfo(m_program).path() + "/..", "--prefix", root.path()});
     QVERIFY(install.waitForFinished(bound));
     QCOMPARE(install.exitCode(), 0);
-    QDir library(root.path());
-    QVERIFY(library.cd("lib"));
-    const QStringList inner = library.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
-    QCOMPARE(inner.size(), 1);
-    QVERIFY(library.cd(inner.constFirst()));
-    if (!library.exists("bin")) // lib/<architecture>/corvane
-        QVERIFY(library.cd("corvane"));
+    const QDir library(root.filePath("lib/corvane"));
     QVERIFY(QFileInfo(library.filePath("bin/corvane")).isExecutable());
     QVERIFY(QFileInfo(library.filePath("bin/corvgs")).isExecutable());
     QVERIFY(QFileInfo(library.filePath("Plugins/imageformats")).isDir());

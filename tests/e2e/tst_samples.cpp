@@ -129,7 +129,8 @@ void TestSamples::samples()
     };
     QStringList inputs;
     QMap<QString, QByteArray> before;
-    for (const QString &name : expectedImages.keys()) {
+    const QStringList names = expectedImages.keys();
+    for (const QString &name : names) {
         inputs.append(copySample(name + ".pdf", name + ".pdf"));
         before.insert(inputs.last(), readFile(inputs.last()));
     }

@@ -188,7 +188,7 @@ void TestEffects::downsampleType()
 void TestEffects::downsampleTypesDiffer()
 {
     QMap<QString, double> spread;
-    for (const QString type : {"1", "2", "3"}) {
+    for (const QString &type : {QString("1"), QString("2"), QString("3")}) {
         init();
         QCOMPARE(copyWith({{"comboBox_clr_down_type", type},
                            {"lineEdit_clr_res", "72"},

@@ -25,7 +25,7 @@ bool denyLandlock(scmp_filter_ctx filter)
 bool denyUnnamedFiles(scmp_filter_ctx filter)
 {
     return seccomp_rule_add(filter, SCMP_ACT_ERRNO(EOPNOTSUPP), SCMP_SYS(openat), 1,
-                            SCMP_A2(SCMP_CMP_MASKED_EQ, O_TMPFILE, O_TMPFILE)) == 0;
+                            scmp_arg_cmp{2, SCMP_CMP_MASKED_EQ, O_TMPFILE, O_TMPFILE}) == 0;
 }
 
 bool denySaving(scmp_filter_ctx filter)

@@ -54,9 +54,9 @@ bool OptionsWindow::isPageOn(int page) const
 
 void OptionsWindow::turnToPageOf(const QWidget *control) const
 {
-    const auto *pages = find<QStackedWidget>("stackedWidget_option");
-    for (int page = 0; page < pages->count(); ++page) {
-        if (pages->widget(page)->isAncestorOf(control))
+    const auto *stack = find<QStackedWidget>("stackedWidget_option");
+    for (int page = 0; page < stack->count(); ++page) {
+        if (stack->widget(page)->isAncestorOf(control))
             turnTo(page);
     }
     if (!control->isVisible() || !control->isEnabled())

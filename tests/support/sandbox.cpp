@@ -63,7 +63,8 @@ QString Sandbox::addInput(const QString &name, qint64 size) const
 
 void Sandbox::store(const QString &key, const QString &value) const
 {
-    QSettings(settingsFile(), QSettings::IniFormat).setValue(key, value);
+    QSettings settings(settingsFile(), QSettings::IniFormat);
+    settings.setValue(key, value);
 }
 
 QString Sandbox::stored(const QString &key) const

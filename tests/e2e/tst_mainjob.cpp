@@ -2,12 +2,9 @@
 // and files dragged from another program.
 
 #include "pdf.h"
-#include "programtree.h"
-#include "support/sandbox.h"
-#include "user.h"
+#include "scene.h"
 
-#include <QDir>
-#include <QFileInfo>
+#include <QFile>
 #include <QTest>
 
 #include <algorithm>
@@ -25,20 +22,13 @@ class TestMainJob : public QObject
 
 private slots:
     void initTestCase();
-    void init();
-    void cleanup();
     void cleanupTestCase();
     void dropChooseRun_data();
     void dropChooseRun();
     void windowOnTheScreen();
 
 private:
-    QString copySample(const QString &sample, const QString &name) const;
-
     std::unique_ptr<Desktop> m_desktop;
-    std::unique_ptr<ProgramTree> m_tree;
-    std::unique_ptr<Sandbox> m_sandbox;
-    std::unique_ptr<User> m_user;
 };
 
 void TestMainJob::initTestCase()
@@ -51,28 +41,6 @@ void TestMainJob::cleanupTestCase()
     m_desktop.reset();
 }
 
-void TestMainJob::init()
-{
-    m_user = std::make_unique<User>(*m_desktop);
-    m_tree = std::make_unique<ProgramTree>();
-    m_sandbox = std::make_unique<Sandbox>(); // from here on it holds all temporary files
-}
-
-void TestMainJob::cleanup()
-{
-    m_sandbox.reset();
-    m_tree.reset();
-    m_user.reset();
-}
-
-QString TestMainJob::copySample(const QString &sample, const QString &name) const
-{
-    const QString path = m_sandbox->inputFolder() + '/' + name;
-    if (!QFile::copy(SAMPLES_FOLDER "/" + sample, path))
-        qFatal("cannot copy to %s", qPrintable(path));
-    return path;
-}
-
 void TestMainJob::dropChooseRun_data()
 {
     QTest::addColumn<Start>("start");
@@ -83,51 +51,53 @@ void TestMainJob::dropChooseRun_data()
 
 void TestMainJob::dropChooseRun()
 {
-    const QString link = m_user->home("a link");
+    Scene scene(*m_desktop);
+    const QString link = scene.user.home("a link");
     QVERIFY(QFile::link(PROGRAM, link));
     const QStringList inputs = {
-        copySample("colour-scan.pdf", "a.b.PDF"), copySample("text.pdf", " Zoë – 報告書 №7.pdf"),
-        copySample("gray-scan.pdf", "it's.pdf"), m_sandbox->addInput("broken.pdf", 6000),
-        m_sandbox->addInput("notes.txt", 6000)};
+        scene.addSample("colour-scan", "a.b.PDF"), scene.addSample("text", " Zoë – 報告書 №7.pdf"),
+        scene.addSample("gray-scan", "it's.pdf"), scene.sandbox.addInput("broken.pdf", 6000),
+        scene.sandbox.addInput("notes.txt", 6000)};
     QList<QByteArray> before;
     std::ranges::transform(inputs, std::back_inserter(before), readFile);
 
     QFETCH(Start, start);
-    m_user->start(start == Start::linked   ? link
-                  : start == Start::copied ? m_tree->program()
-                                           : PROGRAM);
+    scene.user.start(start == Start::linked   ? link
+                     : start == Start::copied ? scene.tree.program()
+                                              : PROGRAM);
     // Offered to be moved away, they are copied.
-    QCOMPARE(m_user->drop(inputs), QString("copy"));
-    m_user->chooseFolder(m_sandbox->outputFolder());
-    QCOMPARE(m_user->folder(), m_sandbox->outputFolder());
-    QCOMPARE(m_sandbox->stored("dir/output"), m_sandbox->outputFolder());
-    QVERIFY(!m_user->resultSeen(0));
-    m_user->run();
-    m_user->awaitEndOfBatch(4);
-    QVERIFY(!m_user->resultSeen(4));
-    QCOMPARE(m_user->cell(0, 0), inputs[3]); // from last to first
-    QCOMPARE(m_user->cell(3, 0), inputs[0]);
-    QCOMPARE(m_user->verdicts(4), QStringList({"Failed", "Succeed", "Succeed", "Succeed"}));
-    QCOMPARE(m_user->quit(), 0);
+    QCOMPARE(scene.user.drop(inputs), QString("copy"));
+    scene.user.chooseFolder(scene.sandbox.outputFolder());
+    QCOMPARE(scene.user.folder(), scene.sandbox.outputFolder());
+    QCOMPARE(scene.sandbox.stored("dir/output"), scene.sandbox.outputFolder());
+    QVERIFY(!scene.user.resultSeen(0));
+    scene.user.run();
+    scene.user.awaitEndOfBatch(4);
+    QVERIFY(!scene.user.resultSeen(4));
+    QCOMPARE(scene.user.cell(0, 0), inputs[3]); // from last to first
+    QCOMPARE(scene.user.cell(3, 0), inputs[0]);
+    QCOMPARE(scene.user.verdicts(4), QStringList({"Failed", "Succeed", "Succeed", "Succeed"}));
+    QCOMPARE(scene.user.quit(), 0);
 
-    QCOMPARE(m_sandbox->outputs(), QStringList({" Zoë – 報告書 №7.pdf", "a.pdf", "it's.pdf"}));
-    for (const QString &name : m_sandbox->outputs())
-        QCOMPARE(pagesOf(m_sandbox->outputPath(name)), name.contains("Zoë") ? 3 : 1);
+    QCOMPARE(scene.sandbox.outputs(), QStringList({" Zoë – 報告書 №7.pdf", "a.pdf", "it's.pdf"}));
+    for (const QString &name : scene.sandbox.outputs())
+        QCOMPARE(pagesOf(scene.sandbox.outputPath(name)), name.contains("Zoë") ? 3 : 1);
     for (qsizetype i = 0; i < inputs.size(); ++i)
         QCOMPARE(readFile(inputs[i]), before[i]);
-    QCOMPARE(m_sandbox->temporaryFiles(), QStringList({"corvane.ini"}));
+    QCOMPARE(scene.sandbox.temporaryFiles(), QStringList({"corvane.ini"}));
 }
 
 void TestMainJob::windowOnTheScreen()
 {
-    m_user->start(PROGRAM);
-    const QRect rect = m_user->window("Corvane").rect;
+    Scene scene(*m_desktop);
+    scene.user.start(PROGRAM);
+    const QRect rect = scene.user.window("Corvane").rect;
     QCOMPARE(rect.size(), QSize(507, 347));
     // Its frame is the window manager's, and moves it a little.
     const QPoint off = rect.center() - QRect(0, 0, 1280, 1024).center();
     QVERIFY2(off.manhattanLength() < 40, qPrintable(QString("%1, %2").arg(off.x()).arg(off.y())));
-    QCOMPARE(m_user->quit(), 0);
-    QCOMPARE(m_sandbox->temporaryFiles(), QStringList());
+    QCOMPARE(scene.user.quit(), 0);
+    QCOMPARE(scene.sandbox.temporaryFiles(), QStringList());
 }
 
 QTEST_GUILESS_MAIN(TestMainJob)

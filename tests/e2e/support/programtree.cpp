@@ -27,14 +27,16 @@ ProgramTree::ProgramTree()
         qFatal("no link to %s", qPrintable(plugins.filePath()));
 }
 
-void ProgramTree::wrapEngine(const QByteArray &script) const
+// A shell line lies in the engine's place; what it starts is the real one.
+void ProgramTree::holdEngines(bool hold) const
 {
     const QString real = engine() + ".real";
-    if (!QFile::rename(engine(), real))
-        qFatal("no engine to wrap");
-    QFile file(engine());
-    if (!file.open(QIODevice::WriteOnly))
+    if (!QFile::exists(real) && !QFile::rename(engine(), real))
+        qFatal("no engine to hold");
+    QFile script(engine());
+    if (!script.open(QIODevice::WriteOnly | QIODevice::Truncate))
         qFatal("no place for a script");
-    file.write("#!/bin/sh\nengine=$0.real\n" + script);
-    file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    script.write(hold ? "#!/bin/sh\nkill -STOP $$\nexec \"$0.real\" \"$@\"\n"
+                      : "#!/bin/sh\nexec \"$0.real\" \"$@\"\n");
+    script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }

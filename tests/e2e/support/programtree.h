@@ -13,8 +13,8 @@ public:
     QString program() const { return m_root + "/bin/corvane"; }
     QString engine() const { return m_root + "/bin/corvgs"; }
 
-    /// Puts a shell script in the engine's place; in it, $engine is the real one.
-    void wrapEngine(const QByteArray &script) const;
+    /// From now on every engine stops before it does anything, until it gets SIGCONT; and no more.
+    void holdEngines(bool hold) const;
 
 private:
     QTemporaryDir m_folder;

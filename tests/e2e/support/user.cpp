@@ -110,6 +110,52 @@ void User::typeOption(const QString &lineEdit, const QString &text) const
     m_desktop.type(text);
 }
 
+// The first item, then one step for every page.
+void User::turnToOptionPage(int page) const
+{
+    const QPoint origin = awaitWindow(optionsTitle).rect.topLeft();
+    m_desktop.click(origin + m_optionsForm.rect("listWidge_option").topLeft() + QPoint(70, 12));
+    for (int step = 0; step < page; ++step)
+        m_desktop.key(XKey::down);
+}
+
+void User::pressKey(xcb_keysym_t key, int times) const
+{
+    for (int time = 0; time < times; ++time)
+        m_desktop.key(key);
+}
+
+QString User::copied() const
+{
+    return m_desktop.copied(silence).value_or(QString());
+}
+
+QPoint User::titleBar() const
+{
+    return window(mainTitle).rect.topLeft() + QPoint(200, -8);
+}
+
+void User::activate() const
+{
+    m_desktop.click(titleBar());
+    awaitWindow(mainTitle);
+}
+
+void User::moveWindow(const QPoint &distance) const
+{
+    const QPoint grip = titleBar();
+    m_desktop.moveTo(grip);
+    m_desktop.press();
+    const auto moved = [&] {
+        m_desktop.moveTo(grip + distance / 2);
+        m_desktop.moveTo(grip + distance);
+        return titleBar() == grip + distance;
+    };
+    if (!QTest::qWaitFor(moved, bound))
+        qFatal("the window can't be moved");
+    m_desktop.release();
+}
+
 // Shaken until the window under the pointer has answered: it may have been busy.
 QString User::drop(const QStringList &files) const
 {
@@ -188,7 +234,7 @@ QString User::cell(int row, int column) const
         m_desktop.key(XKey::down);
     for (int step = 0; step < column; ++step)
         m_desktop.key(XKey::right);
-    return m_desktop.copied(silence).value_or(QString());
+    return copied();
 }
 
 QStringList User::verdicts(int rows) const
@@ -203,7 +249,7 @@ QString User::folder() const
 {
     clickMain("outputfolderEdit");
     m_desktop.key('a', {XKey::control});
-    return m_desktop.copied(silence).value_or(QString());
+    return copied();
 }
 
 int User::progressSeen() const
@@ -289,5 +335,5 @@ QList<qint64> childrenOf(qint64 process)
 char stateOf(qint64 process)
 {
     const QByteArray stat = readAll(QString("/proc/%1/stat").arg(process));
-    return stat.mid(stat.lastIndexOf(')') + 2, 1).data()[0];
+    return stat.isEmpty() ? '\0' : stat[stat.lastIndexOf(')') + 2];
 }

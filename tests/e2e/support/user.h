@@ -36,6 +36,18 @@ public:
     /// Replaces the text of a field of the options.
     void typeOption(const QString &lineEdit, const QString &text) const;
 
+    /// Turns to a page of the options, and leaves the focus in the list of pages.
+    void turnToOptionPage(int page) const;
+
+    void pressKey(xcb_keysym_t key, int times = 1) const;
+    void type(const QString &text) const { m_desktop.type(text); }
+    /// What Ctrl+C takes; empty if that is nothing.
+    QString copied() const;
+
+    /// Takes the main window by its title bar, to bring it to the front or to move it.
+    void activate() const;
+    void moveWindow(const QPoint &distance) const;
+
     /// Drags files from another program's window onto the main window; what came of it.
     QString drop(const QStringList &files) const;
     /// Types a path into the file dialog of that title, and accepts.
@@ -72,6 +84,7 @@ public:
 private:
     QProcessEnvironment environment() const;
     void enterTable() const;
+    QPoint titleBar() const;
     QRect cellRect(int row, int column) const;
     bool showsText(const QRect &place) const;
 

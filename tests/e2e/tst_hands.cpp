@@ -149,7 +149,7 @@ void TestHands::closedWhileRunning()
     scene.tree.holdEngines(true);
     scene.startWith({scene.addSample("text", "a.pdf"), scene.addSample("text", "b.pdf")});
     scene.user.run();
-    const qint64 engine = scene.awaitHeldEngine();
+    const qint64 engine = scene.user.awaitHeldEngine();
     QTRY_VERIFY_WITH_TIMEOUT(scene.user.progressSeen() > 0, bound);
     QCOMPARE(scene.user.quit(), 0);
     QCOMPARE(stateOf(engine), 'T');

@@ -15,10 +15,6 @@ struct Scene
     /// Starts the program of the tree, drops these files on it so that they are listed in this
     /// order, and chooses the output folder.
     void startWith(const QStringList &files);
-    /// Waits until the program has an engine that stands still, and gives its number.
-    qint64 awaitHeldEngine() const;
-    /// Lets it go on.
-    void resumeEngine() const;
 
     User user;
     ProgramTree tree;

@@ -2,9 +2,11 @@
 
 #include "childprocess.h"
 
-#include <QDir>
 #include <QFile>
 #include <QTest>
+
+#include <algorithm>
+#include <csignal>
 
 namespace {
 
@@ -319,6 +321,25 @@ int User::quit()
     if (!program.waitForFinished(bound))
         qFatal("the program has no end");
     return program.exitStatus() == QProcess::NormalExit ? program.exitCode() : -1;
+}
+
+qint64 User::awaitHeldEngine() const
+{
+    qint64 held = 0;
+    const auto stands = [&] {
+        const QList<qint64> engines = childrenOf(program.processId());
+        const auto found = std::ranges::find(engines, 'T', stateOf);
+        held = found == engines.end() ? 0 : *found;
+        return held != 0;
+    };
+    if (!QTest::qWaitFor(stands, bound))
+        qFatal("no engine stands still");
+    return held;
+}
+
+void User::resumeEngine() const
+{
+    kill(static_cast<pid_t>(awaitHeldEngine()), SIGCONT);
 }
 
 QList<qint64> childrenOf(qint64 process)

@@ -79,6 +79,11 @@ public:
     /// Closes the main window; the program's exit code, -1 after a crash.
     int quit();
 
+    /// Waits until the program has an engine that stands still, and gives its number.
+    qint64 awaitHeldEngine() const;
+    /// Lets it go on.
+    void resumeEngine() const;
+
     QString home(const QString &name = {}) const;
 
 private:

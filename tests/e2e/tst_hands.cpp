@@ -129,6 +129,9 @@ void TestHands::keyboardOnly()
     user.pressKey(XKey::tab, 2);
     user.pressKey(' ');
     user.choose("Add File", input);
+    // The dialog goes a little before the program has its result.
+    QTRY_COMPARE_WITH_TIMEOUT(scene.sandbox.stored("dir/input"), scene.sandbox.inputFolder(),
+                              bound);
     user.awaitWindow("Corvane");
     user.pressKey(XKey::tab, 3);
     user.type(scene.sandbox.outputFolder());

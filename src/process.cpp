@@ -63,6 +63,13 @@ void rememberFolder(QLatin1String key, const QString &folder)
     settings.setValue(key, folder);
 }
 
+// The files are read where they lie: whoever offers to move them keeps them.
+void takeAsCopy(QDropEvent &event)
+{
+    event.setDropAction(Qt::CopyAction);
+    event.accept();
+}
+
 } // namespace
 
 Process::Process(QWidget *parent)
@@ -183,6 +190,12 @@ void Process::dragEnterEvent(QDragEnterEvent *event)
         event->acceptProposedAction();
 }
 
+// Under X11 the owner of the files takes the last answer before the drop for what was done.
+void Process::dragMoveEvent(QDragMoveEvent *event)
+{
+    takeAsCopy(*event);
+}
+
 void Process::dropEvent(QDropEvent *event)
 {
     const QList<QUrl> urls = event->mimeData()->urls();
@@ -195,9 +208,7 @@ void Process::dropEvent(QDropEvent *event)
     filetable::insertFiles(table, table.rowCount(), dropped.pdfs);
     if (!dropped.endedByFolder)
         filetable::selectFirstRow(table);
-    // The files were read where they lie: whoever offered to move them keeps them.
-    event->setDropAction(Qt::CopyAction);
-    event->accept();
+    takeAsCopy(*event);
 }
 
 void Process::setremove()

@@ -12,6 +12,7 @@
 #include <vector>
 
 class QDragEnterEvent;
+class QDragMoveEvent;
 class QDropEvent;
 class QProcess;
 class QTimer;
@@ -54,6 +55,9 @@ public slots:
     void dropEvent(QDropEvent *event) override;
     void dopreview();
     void setpreview();
+
+protected:
+    void dragMoveEvent(QDragMoveEvent *event) override;
 
 private:
     void setdefaultpreview();

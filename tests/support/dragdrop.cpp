@@ -16,11 +16,15 @@ DropResult dragAndDrop(QWidget &window, const QMimeData &data)
     QApplication::sendEvent(&window, &enter);
     if (!enter.isAccepted())
         return {};
+    QDragMoveEvent move(place, possible, &data, Qt::LeftButton, Qt::NoModifier);
+    move.setDropAction(Qt::MoveAction);
+    move.accept(); // as the window was entered
+    QApplication::sendEvent(&window, &move);
     QDropEvent drop(place, possible, &data, Qt::LeftButton, Qt::NoModifier);
     drop.setDropAction(Qt::MoveAction);
     drop.ignore();
     QApplication::sendEvent(&window, &drop);
-    return {true, drop.isAccepted(), drop.dropAction()};
+    return {true, drop.isAccepted(), drop.dropAction(), move.dropAction()};
 }
 
 DropResult dropUrls(QWidget &window, const QList<QUrl> &urls)

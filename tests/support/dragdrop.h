@@ -12,6 +12,7 @@ struct DropResult
     bool entered = false;  ///< the window took the drag
     bool accepted = false; ///< and the drop
     Qt::DropAction action = Qt::IgnoreAction;
+    Qt::DropAction announced = Qt::IgnoreAction; ///< what it said before that it would do
 };
 
 /// Drags data over the middle of a window and drops it there; the source proposes a move.

@@ -4,6 +4,16 @@
 #include <QFile>
 #include <QSettings>
 
+namespace {
+
+QStringList namesIn(const QString &folder)
+{
+    return QDir(folder).entryList(
+        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
+}
+
+} // namespace
+
 Sandbox::Sandbox()
     : m_formerTemporaryFolder(qgetenv("TMPDIR"))
 {
@@ -47,9 +57,12 @@ QString Sandbox::outputPath(const QString &name) const
 
 QStringList Sandbox::outputs() const
 {
-    return QDir(outputFolder())
-        .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                   QDir::Name);
+    return namesIn(outputFolder());
+}
+
+QStringList Sandbox::temporaryFiles() const
+{
+    return namesIn(m_folder.filePath("tmp"));
 }
 
 QString Sandbox::addInput(const QString &name, qint64 size) const

@@ -18,6 +18,8 @@ public:
     QString outputFolder() const;
     QString outputPath(const QString &name) const;
     QStringList outputs() const;
+    /// What lies in the temporary-files location, hidden files too.
+    QStringList temporaryFiles() const;
 
     /// Writes a file of `size` bytes into the input folder; gives its path.
     QString addInput(const QString &name, qint64 size = 10) const;

@@ -417,6 +417,7 @@ void TestFileList::droppedFilesStayWithTheirOwner()
     const DropResult result = dropUrls(*m_window, {local("/x/a.pdf")});
     QVERIFY(result.accepted);
     QCOMPARE(result.action, Qt::CopyAction);
+    QCOMPARE(result.announced, Qt::CopyAction);
 }
 
 void TestFileList::dropOnTheFolderFieldIsForTheList()

@@ -110,7 +110,7 @@ public:
         : m_child(child)
         , m_work(work)
         , m_stall(limits.stall)
-        , m_disk(work.folders, limits.reserve)
+        , m_disk(work.disks, limits.reserve)
     {
     }
 

@@ -3,7 +3,6 @@
 #include "limits.h"
 
 #include <cstdint>
-#include <filesystem>
 #include <functional>
 #include <limits>
 #include <string>
@@ -31,8 +30,8 @@ struct Work
     /// The most that it may write.
     std::uintmax_t mostWritten = std::numeric_limits<std::uintmax_t>::max();
 
-    /// Where it writes.
-    std::vector<std::filesystem::path> folders;
+    /// Open files or folders on the disks that it writes to.
+    std::vector<int> disks;
 };
 
 struct Ending

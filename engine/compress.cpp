@@ -43,11 +43,15 @@ void expect(const Ending &ending, const std::string &who)
         throw Failure(who + " ended with status " + std::to_string(ending.status), ending.status);
 }
 
-// On the disk that takes the copy, where that knows files without a name.
+// On the disk that takes the copy, where that knows files without a name. Ghostscript opens it once
+// more, by its channel, whatever the user's umask takes away.
 Descriptor scratchFile(const Output &output, const PrivateFolder &privateFolder)
 {
     Descriptor file = platform::openUnnamedFile(output.folder());
-    return file ? std::move(file) : privateFolder.openFile();
+    if (!file)
+        file = privateFolder.openFile();
+    fchmod(file.get(), S_IRUSR | S_IWUSR);
+    return file;
 }
 
 } // namespace
@@ -67,7 +71,7 @@ void compress(const Job &job, const Settings &settings)
     work.doubt = "may be incorrect";
     work.written = [&] { return sizeOf(scratch.get()) + privateFolder.workSize(); };
     work.mostWritten = settings.limits.outputFor(sizeOf(document.get()));
-    work.folders = {output.folderPath(), privateFolder.workFolder()};
+    work.disks = {scratch.get(), privateFolder.descriptor()};
     const Ending ending = carryOut(work, settings.limits);
     expect(ending, "Ghostscript");
     finish(job, material, ending, settings.limits);

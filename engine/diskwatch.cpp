@@ -2,33 +2,35 @@
 
 #include <algorithm>
 #include <optional>
+#include <sys/statvfs.h>
 
 namespace engine {
 
 namespace {
 
-std::optional<std::uintmax_t> freeSpaceAt(const std::filesystem::path &folder)
+std::optional<std::uintmax_t> freeSpaceAt(int file)
 {
-    std::error_code error;
-    const auto space = std::filesystem::space(folder, error);
-    return error ? std::nullopt : std::optional(space.available);
+    struct statvfs disk = {};
+    if (fstatvfs(file, &disk) != 0)
+        return {};
+    return std::uintmax_t(disk.f_bavail) * disk.f_frsize;
 }
 
 } // namespace
 
-DiskWatch::DiskWatch(const std::vector<std::filesystem::path> &folders, std::uintmax_t reserve)
+DiskWatch::DiskWatch(const std::vector<int> &files, std::uintmax_t reserve)
     : m_reserve(reserve)
 {
-    for (const std::filesystem::path &folder : folders) {
-        if (const auto space = freeSpaceAt(folder))
-            m_disks.push_back({folder, *space});
+    for (const int file : files) {
+        if (const auto space = freeSpaceAt(file))
+            m_disks.push_back({file, *space});
     }
 }
 
 bool DiskWatch::isFillingUp() const
 {
     return std::any_of(m_disks.begin(), m_disks.end(), [this](const Disk &disk) {
-        const auto space = freeSpaceAt(disk.folder);
+        const auto space = freeSpaceAt(disk.file);
         return space && *space < m_reserve && *space + m_reserve <= disk.freeAtFirst;
     });
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
 #include <vector>
 
 namespace engine {
@@ -11,8 +10,9 @@ namespace engine {
 class DiskWatch
 {
 public:
-    /// Takes note of the free space that there is now where the folders are.
-    DiskWatch(const std::vector<std::filesystem::path> &folders, std::uintmax_t reserve);
+    /// Takes note of the free space that there is now on the disks that these files lie on, which
+    /// stay open.
+    DiskWatch(const std::vector<int> &files, std::uintmax_t reserve);
 
     /// True when somewhere less than the reserve is free, and at least as much has gone since the
     /// beginning. On a disk that was almost full before, a small copy is nobody's fault.
@@ -21,7 +21,7 @@ public:
 private:
     struct Disk
     {
-        std::filesystem::path folder;
+        int file;
         std::uintmax_t freeAtFirst;
     };
 

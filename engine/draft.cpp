@@ -34,19 +34,6 @@ Draft::Draft(const Output &output, const PrivateFolder &privateFolder)
 {
     if (!m_file)
         giveName(false);
-    makeAccessible();
-}
-
-// The engine opens the file once more, by its channel, and needs the permission that the user's
-// umask may have taken away from the user as well.
-void Draft::makeAccessible()
-{
-    constexpr mode_t own = S_IRUSR | S_IWUSR;
-    struct stat entry = {};
-    if (fstat(m_file.get(), &entry) != 0 || (entry.st_mode & own) == own)
-        return;
-    m_mode = entry.st_mode & ACCESSPERMS;
-    fchmod(m_file.get(), *m_mode | own);
 }
 
 Draft::~Draft()
@@ -102,8 +89,6 @@ void Draft::publish(Output &output)
     save();
     if (m_name.empty())
         giveName(true);
-    if (m_mode)
-        fchmod(m_file.get(), *m_mode);
     output.replaceBy(m_name);
     m_name.clear();
     m_privateFolder.forget();

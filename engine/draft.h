@@ -4,9 +4,7 @@
 #include "output.h"
 #include "privatefolder.h"
 
-#include <optional>
 #include <string>
-#include <sys/types.h>
 
 namespace engine {
 
@@ -33,7 +31,6 @@ public:
 
 private:
     void giveName(bool unnamed);
-    void makeAccessible();
     void save() const;
 
     const PrivateFolder &m_privateFolder;
@@ -41,7 +38,6 @@ private:
     std::string m_folderPath;
     std::string m_name;
     Descriptor m_file;
-    std::optional<mode_t> m_mode; ///< that the copy is to have, if the draft has another one
 };
 
 } // namespace engine

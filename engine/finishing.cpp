@@ -86,6 +86,8 @@ void finish(const Job &job, const Material &material, const Ending &ghostscript,
                      {interpretationChannel, material.interpretation}};
     work.body = [&] { return makeConfined(order, limits); };
     work.written = [&] { return sizeOf(material.draft); };
+    work.mostWritten = limits.outputFor(sizeOf(material.document));
+    work.disks = {material.draft};
     expect(carryOut(work, limits), job.input);
 }
 

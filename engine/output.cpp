@@ -20,7 +20,7 @@ std::string folderOf(const std::string &path)
 std::string absolute(const std::string &folder)
 {
     std::error_code error;
-    const std::string path = std::filesystem::canonical(folder, error);
+    std::string path = std::filesystem::canonical(folder, error);
     if (error)
         throw Failure("no path to the output folder " + folder + ": " + error.message());
     return path;

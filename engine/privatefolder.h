@@ -22,6 +22,9 @@ public:
     /// An empty file, open for reading and writing, that is out of the engine's reach by name.
     [[nodiscard]] Descriptor openFile() const;
 
+    /// The folder, open.
+    [[nodiscard]] int descriptor() const { return m_lock.get(); }
+
     /// The bytes in workFolder().
     [[nodiscard]] std::uintmax_t workSize() const;
 

@@ -415,6 +415,9 @@ void TestFaults::fewDescriptors_data()
 // to remove goes with the next run.
 void TestFaults::fewDescriptors()
 {
+#ifdef __SANITIZE_ADDRESS__
+    QSKIP("the sanitizer takes a sound object for a wild one when it has no descriptor for a pipe");
+#endif
     QFETCH(int, descriptors);
     Bench bench;
     write(bench.in(u"a.pdf"_s), samplePdf());

@@ -137,7 +137,8 @@ bool CopyMaker::losesNothing()
         return true;
     try {
         restoreLinks(m_interpretation->pdf(), m_document->pdf(), m_order.wishes.pdfa);
-        return lossOf(m_document->pdf(), m_interpretation->pdf()).empty();
+        return restoreLetters(m_interpretation->pdf(), m_document->pdf()) &&
+               lossOf(m_document->pdf(), m_interpretation->pdf()).empty();
     } catch (const QPDFExc &) {
         return true;
     }

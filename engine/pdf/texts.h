@@ -8,4 +8,8 @@ namespace engine {
 /// paints a page with transparency as one picture where the format allows no transparency.
 bool losesText(QPDF &original, QPDF &copy);
 
+/// Puts right what Ghostscript makes of letters that stand for several, in Arabic or as ligatures:
+/// it gives a font's glyphs the meaning of quite other letters. False if that can't be put right.
+bool restoreLetters(QPDF &copy, QPDF &original);
+
 } // namespace engine

@@ -2,8 +2,10 @@
 #include "engine/ghostscript.h"
 #include "engine/judgement.h"
 #include "engine/limits.h"
+#include "engine/marktexts.h"
 #include "engine/phrasewatch.h"
 #include "engine/stallwatch.h"
+#include "engine/tounicode.h"
 #include "engine/xmp.h"
 
 #include <QDir>
@@ -30,6 +32,11 @@ private slots:
     void xmpPacket();
     void utf8_data();
     void utf8();
+    void letters_data();
+    void letters();
+    void lettersEnd();
+    void mark_data();
+    void mark();
     void stall();
     void slowButSound();
     void outputFor();
@@ -168,6 +175,81 @@ void TestPieces::judgement()
     QCOMPARE(
         QString::fromStdString(engine::objectionTo({known(written), known(document), known(copy)})),
         objection);
+}
+
+void TestPieces::letters_data()
+{
+    QTest::addColumn<QByteArray>("cmap");
+    QTest::addColumn<QStringList>("letters"); // code=letters, in hex
+    QTest::newRow("codes") << QByteArray(
+                                  "2 beginbfchar\n<0044> <0061>\n<004B><062D064E>\nendbfchar")
+                           << QStringList{u"0044=0061"_s, u"004b=062d064e"_s};
+    QTest::newRow("range") << QByteArray("beginbfrange <00fe> <0101> <00fe> endbfrange")
+                           << QStringList{u"00fe=00fe"_s, u"00ff=00ff"_s, u"0100=0100"_s,
+                                          u"0101=0101"_s};
+    QTest::newRow("list") << QByteArray("beginbfrange <01> <02> [<0041> <00420043>] endbfrange")
+                          << QStringList{u"01=0041"_s, u"02=00420043"_s};
+    QTest::newRow("both") << QByteArray("1 beginbfchar <03> <0041> endbfchar /x << /y 1 >> "
+                                        "1 beginbfrange <05> <05> <0042> endbfrange")
+                          << QStringList{u"03=0041"_s, u"05=0042"_s};
+    QTest::newRow("nothing for a code")
+        << QByteArray("beginbfchar <03> <> endbfchar") << QStringList{u"03="_s};
+    QTest::newRow("code space only")
+        << QByteArray("begincodespacerange <00> <ff> endcodespacerange") << QStringList();
+    QTest::newRow("cut off") << QByteArray("beginbfchar <03> <0041> <04")
+                             << QStringList{u"03=0041"_s};
+    QTest::newRow("nonsense") << QByteArray("beginbfrange <01> ] [ <02> >> <zz") << QStringList();
+    QTest::newRow("backwards") << QByteArray("beginbfrange <05> <01> <0041> endbfrange")
+                               << QStringList{u"05=0041"_s};
+}
+
+void TestPieces::letters()
+{
+    QFETCH(QByteArray, cmap);
+    QStringList letters;
+    for (const auto &[code, meaning] : engine::lettersOfCodes(cmap.toStdString())) {
+        letters << QString::fromLatin1(QByteArray::fromStdString(code).toHex() + '=' +
+                                       QByteArray::fromStdString(meaning).toHex());
+    }
+    QTEST(letters, "letters");
+}
+
+void TestPieces::lettersEnd()
+{
+    const auto letters =
+        engine::lettersOfCodes("beginbfrange <00000000> <ffffffff> <00000041> endbfrange");
+    QCOMPARE(letters.size(), std::size_t(65536));
+}
+
+void TestPieces::mark_data()
+{
+    QTest::addColumn<QByteArray>("mark");
+    QTest::addColumn<QByteArray>("title");
+    QTest::newRow("plain") << QByteArray("[ /Title (Accounts)\n /Author (Z) \n /DOCINFO pdfmark")
+                           << QByteArray("Accounts");
+    QTest::newRow("pairs") << QByteArray("[ /Title (a (b) c) /DOCINFO pdfmark")
+                           << QByteArray("a (b) c");
+    QTest::newRow("escapes") << QByteArray(
+                                    "[ /Title (\\(\\\\\\051\\101\\n\\q\\\n.) /DOCINFO pdfmark")
+                             << QByteArray("(\\)A\nq.");
+    QTest::newRow("empty") << QByteArray("[ /Title () /DOCINFO pdfmark") << QByteArray("");
+    QTest::newRow("no end") << QByteArray("[ /Title (a (b) /DOCINFO pdfmark") << QByteArray();
+    QTest::newRow("a text with a key in it")
+        << QByteArray("[ /Author (/Title (x)) /DOCINFO pdfmark") << QByteArray();
+    QTest::newRow("no text") << QByteArray("[ /Title /x /DOCINFO pdfmark") << QByteArray();
+    QTest::newRow("nothing") << QByteArray() << QByteArray();
+    QTest::newRow("ends in an escape") << QByteArray("[ /Title (a\\") << QByteArray();
+}
+
+void TestPieces::mark()
+{
+    QFETCH(QByteArray, mark);
+    QFETCH(QByteArray, title);
+    const auto texts = engine::markTexts(mark.toStdString());
+    const auto found = texts.find("/Title");
+    QCOMPARE(found == texts.end(), title.isNull());
+    if (found != texts.end())
+        QCOMPARE(QByteArray::fromStdString(found->second), title);
 }
 
 void TestPieces::stall()

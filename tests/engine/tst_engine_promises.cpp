@@ -28,6 +28,7 @@ private slots:
     void pagesAreNotTurned();
     void attachmentStays();
     void linksStay();
+    void lettersStay();
     void textInUtf8();
     void scanKeepsItsStream();
     void resampledScanIsGhostscripts();
@@ -228,6 +229,19 @@ void TestPromises::linksStay()
     const QByteArray syntax = plainSyntax(copy.path);
     QCOMPARE(syntax.count("/Subtype /Link"), 2);
     QVERIFY(syntax.contains("(https://example.org/)"));
+}
+
+void TestPromises::lettersStay()
+{
+    const Bench bench;
+    const Copies copy = copyOf(bench, documents::ligature());
+    const QByteArray text = outputOf(u"pdftotext"_s, {bench.in(u"a.pdf"_s), u"-"_s});
+    QVERIFY2(text.contains("affib"), text);
+    (void)bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"plain.pdf"_s)),
+                    Bench::ghostscript());
+    QVERIFY(outputOf(u"pdftotext"_s, {bench.out(u"plain.pdf"_s), u"-"_s}) != text);
+    QCOMPARE(outputOf(u"pdftotext"_s, {copy.path, u"-"_s}), text);
+    QVERIFY(copy.size < QFileInfo(bench.in(u"a.pdf"_s)).size() / 2);
 }
 
 // The window hands over the bytes of the locale.

@@ -103,6 +103,27 @@ QByteArray scan()
     return contentOf(folder.filePath(u"scan.pdf"_s));
 }
 
+// The glyphs 68 to 70 of the font; what they look like doesn't matter.
+QByteArray ligature()
+{
+    Parts parts;
+    parts.content = "BT /C 12 Tf 20 100 Td <004400460045> Tj ET";
+    parts.objects = {
+        "<< /Type /Font /Subtype /Type0 /BaseFont /Sans /Encoding /Identity-H /DescendantFonts"
+        " [7 0 R] /ToUnicode 9 0 R >>",
+        "<< /Type /Font /Subtype /CIDFontType2 /BaseFont /Sans /CIDToGIDMap /Identity /DW 600"
+        " /CIDSystemInfo << /Registry (Adobe) /Ordering (Identity) /Supplement 0 >>"
+        " /FontDescriptor 8 0 R >>",
+        "<< /Type /FontDescriptor /FontName /Sans /Flags 4 /FontBBox [0 0 1000 1000] /ItalicAngle 0"
+        " /Ascent 800 /Descent -200 /CapHeight 700 /StemV 80 /FontFile2 10 0 R >>",
+        pdfStream({}, "/CIDInit /ProcSet findresource begin begincmap /CMapType 2 def\n"
+                      "1 begincodespacerange <0000> <ffff> endcodespacerange\n3 beginbfchar\n"
+                      "<0044> <0061>\n<0045> <0062>\n<0046> <006600660069>\nendbfchar\n"
+                      "endcmap end"),
+        pdfStream({}, contentOf(u"/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf"_s))};
+    return withParts(parts).replace("/F 5 0 R >>", "/F 5 0 R /C 6 0 R >>");
+}
+
 // Its information dictionary is its page tree, which leads back to itself.
 QByteArray unreadableForGhostscript()
 {

@@ -32,6 +32,9 @@ QByteArray upright();
 /// A page with a bilevel image of 800 by 800 pixels, two inches square, in CCITT Group 4.
 QByteArray scan();
 
+/// Three glyphs, one of which stands for three letters: "affib".
+QByteArray ligature();
+
 /// A document that libqpdf reads without complaint, and Ghostscript not at all.
 QByteArray unreadableForGhostscript();
 

@@ -225,7 +225,7 @@ void TestWindowFaults::folderReadOnly()
     scene.user.resumeEngine();
     QTRY_VERIFY_WITH_TIMEOUT(user.resultSeen(0), bound);
     scene.user.awaitHeldEngine();
-    disk.run("mount -o remount,ro \"$1\"");
+    disk.run("mount -o remount,bind,ro \"$1\"");
     scene.user.resumeEngine();
     user.awaitEndOfBatch(2);
     QCOMPARE(user.verdicts(2), QStringList({succeed, failed}));
@@ -233,7 +233,7 @@ void TestWindowFaults::folderReadOnly()
     QCOMPARE(pagesOf(disk.path("a.pdf")), 3);
 
     // Writable again, it takes both; the first copy stays as it is.
-    disk.run("mount -o remount,rw \"$1\"");
+    disk.run("mount -o remount,bind,rw \"$1\"");
     scene.tree.holdEngines(false);
     user.run();
     QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(disk.path("b.pdf")), bound);
@@ -344,7 +344,8 @@ void TestWindowFaults::markUnwritable()
     QVERIFY(QFile::link(folder + "/mark", scene.sandbox.markFile()));
     const TinyDisk disk(scene.user, folder);
     disk.start(scene.tree.program());
-    disk.run("printf '[ /Title (Old) /DOCINFO pdfmark' >\"$1\"/mark && mount -o remount,ro \"$1\"");
+    disk.run(
+        "printf '[ /Title (Old) /DOCINFO pdfmark' >\"$1\"/mark && mount -o remount,bind,ro \"$1\"");
     user.drop({input});
     user.chooseFolder(scene.sandbox.outputFolder());
     user.clickMain("pushButton_option");

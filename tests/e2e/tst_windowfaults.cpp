@@ -49,14 +49,15 @@ public:
         m_user.start("unshare", arguments);
     }
 
-    /// Runs a shell command where the disk is; $1 is its folder.
+    /// Runs a shell command where the disk is; $1 is its folder. One without end is ended.
     void run(const QString &command) const
     {
         QStringList arguments{"--target", QString::number(m_user.program.processId()), "--mount"};
         if (geteuid() != 0)
             arguments << "--user"
                       << "--preserve-credentials";
-        told("nsenter", arguments + QStringList{"sh", "-c", command, "sh", m_folder});
+        told("nsenter",
+             arguments + QStringList{"timeout", "50", "sh", "-c", command, "sh", m_folder});
     }
 
     /// A file on the disk as others can read it.
@@ -226,7 +227,7 @@ void TestWindowFaults::folderReadOnly()
     QTRY_VERIFY_WITH_TIMEOUT(user.resultSeen(0), bound);
     scene.user.awaitHeldEngine();
     // What the kernel keeps of an ended engine's file rules holds the disk for a moment longer.
-    disk.run("until mount -o remount,ro \"$1\" 2>/dev/null; do :; done");
+    disk.run("until mount -o remount,bind,ro \"$1\" 2>/dev/null; do :; done");
     scene.user.resumeEngine();
     user.awaitEndOfBatch(2);
     QCOMPARE(user.verdicts(2), QStringList({succeed, failed}));
@@ -234,7 +235,7 @@ void TestWindowFaults::folderReadOnly()
     QCOMPARE(pagesOf(disk.path("a.pdf")), 3);
 
     // Writable again, it takes both; the first copy stays as it is.
-    disk.run("mount -o remount,rw \"$1\"");
+    disk.run("mount -o remount,bind,rw \"$1\"");
     scene.tree.holdEngines(false);
     user.run();
     QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(disk.path("b.pdf")), bound);
@@ -345,7 +346,8 @@ void TestWindowFaults::markUnwritable()
     QVERIFY(QFile::link(folder + "/mark", scene.sandbox.markFile()));
     const TinyDisk disk(scene.user, folder);
     disk.start(scene.tree.program());
-    disk.run("printf '[ /Title (Old) /DOCINFO pdfmark' >\"$1\"/mark && mount -o remount,ro \"$1\"");
+    disk.run(
+        "printf '[ /Title (Old) /DOCINFO pdfmark' >\"$1\"/mark && mount -o remount,bind,ro \"$1\"");
     user.drop({input});
     user.chooseFolder(scene.sandbox.outputFolder());
     user.clickMain("pushButton_option");

@@ -68,11 +68,30 @@ void Desktop::startWindowManager()
     m_manager.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     m_manager.setProcessEnvironment(environment());
     m_manager.start("openbox", {"--sm-disable"});
-    const auto manages = [this] {
-        return !property(m_screen->root, "_NET_SUPPORTING_WM_CHECK").isEmpty();
+    awaitWindowManager();
+}
+
+// A window manager that starts overlooks a window that is shown at the wrong moment, so one of ours
+// is shown until it is taken.
+void Desktop::awaitWindowManager() const
+{
+    constexpr int attempt = 500; // ms
+    const xcb_window_t probe = xcb_generate_id(m_connection);
+    xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, probe, m_screen->root, 0, 0, 9, 9, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+    const auto isTaken = [&] {
+        return windowList(m_screen->root, "_NET_CLIENT_LIST").contains(probe);
     };
-    if (!QTest::qWaitFor(manages, bound))
+    const auto takes = [&] {
+        xcb_unmap_window(m_connection, probe);
+        xcb_map_window(m_connection, probe);
+        return QTest::qWaitFor(isTaken, attempt);
+    };
+    if (!QTest::qWaitFor(takes, bound))
         qFatal("no window manager");
+    xcb_destroy_window(m_connection, probe);
+    if (!QTest::qWaitFor([&] { return !isTaken(); }, bound))
+        qFatal("the window manager keeps what is gone");
 }
 
 // Nothing of the desktop that the tests themselves run on.

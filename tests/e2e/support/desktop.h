@@ -62,6 +62,7 @@ private:
     void settle() const;
     void startServer();
     void startWindowManager();
+    void awaitWindowManager() const;
     void readKeyboard();
     xcb_window_t clipboardOwner() const;
     QString clipboardText() const;

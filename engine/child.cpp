@@ -78,9 +78,8 @@ void endChild(pid_t child)
 bool hasEnded(pid_t child)
 {
     siginfo_t state = {};
-    if (waitid(P_PID, id_t(child), &state, WEXITED | WNOHANG | WNOWAIT) != 0)
-        return errno != EINTR;
-    return state.si_pid == child;
+    return waitid(P_PID, id_t(child), &state, WEXITED | WNOHANG | WNOWAIT) != 0 ||
+           state.si_pid == child;
 }
 
 int statusOf(pid_t child)

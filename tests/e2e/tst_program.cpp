@@ -70,7 +70,7 @@ void TestProgram::startsFromAnywhere()
     const QString self = QString("/proc/%1/").arg(program.processId());
     // The last picture of the window is a JPEG: its plug-in is loaded when the window is built.
     QTRY_VERIFY_WITH_TIMEOUT(readAll(self + "maps").contains("libqjpeg"), bound);
-    QVERIFY(readAll(self + "maps").contains("libqico"));
+    QTRY_VERIFY_WITH_TIMEOUT(readAll(self + "maps").contains("libqico"), bound);
     QCOMPARE(QFileInfo(self + "cwd").symLinkTarget(), QFileInfo(m_program).path());
     program.terminate();
     QVERIFY(program.waitForFinished(bound));

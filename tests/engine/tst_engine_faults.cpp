@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTest>
 
 #include <csignal>
@@ -243,6 +244,11 @@ void TestFaults::ignoredSignalStaysIgnored()
         QStringList{u"-c"_s, u"trap '' HUP; exec \"$0\" \"$@\""_s, driver} + line(bench),
         u"/bin/sh"_s);
     QVERIFY(process->waitForReadyRead());
+    static const QRegularExpression ignored(u"^SigIgn:\\s*([0-9a-f]+)$"_s,
+                                            QRegularExpression::MultilineOption);
+    const QString state = QString::fromLatin1(
+        contentOf("/proc/"_L1 + QString::number(process->processId()) + "/status"_L1));
+    QCOMPARE(ignored.match(state).captured(1).toULongLong(nullptr, 16) & 0xf, 1ULL << (SIGHUP - 1));
     sendSignal(process->processId(), SIGHUP);
     sendSignal(process->processId(), SIGTERM);
     QVERIFY(process->waitForFinished());

@@ -40,7 +40,10 @@ constexpr const char *deniedCalls[] = {
     "ioperm", "keyctl", "add_key", "request_key", "memfd_secret", "init_module", "finit_module",
     "delete_module", "kexec_load", "kexec_file_load", "reboot", "swapon", "swapoff", "sethostname",
     "setdomainname", "clock_settime", "settimeofday", "shmget", "shmat", "msgget", "semget",
-    "mq_open"};
+    "mq_open",
+    // some of these again, as they are called on 32 bits
+    "chown32", "fchown32", "lchown32", "truncate64", "utimensat_time64", "umount",
+    "clock_settime64", "stime"};
 
 struct Condition
 {
@@ -71,6 +74,9 @@ std::vector<Condition> deniedArguments()
         {"fcntl", isCommand(F_SETOWN)},
         {"fcntl", isCommand(F_SETOWN_EX)},
         {"fcntl", isCommand(F_SETSIG)},
+        {"fcntl64", isCommand(F_SETOWN)},
+        {"fcntl64", isCommand(F_SETOWN_EX)},
+        {"fcntl64", isCommand(F_SETSIG)},
         // typing into the terminal that corvgs was started from
         {"ioctl", isCommand(TIOCSTI)},
         {"ioctl", isCommand(TIOCLINUX)},

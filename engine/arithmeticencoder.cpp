@@ -42,9 +42,9 @@ constexpr ArithmeticState stateOf(unsigned estimate, unsigned likelyBit)
 
 } // namespace
 
-// cppcheck-suppress syntaxError // it can't read a lambda that is called here
 constexpr std::array<ArithmeticEncoder::Row, 94> ArithmeticEncoder::rows = [] {
     std::array<Row, 94> all = {};
+    // cppcheck-suppress syntaxError ; it can't read a lambda that makes a member's value
     for (unsigned state = 0; state < all.size(); ++state) {
         const Estimate &estimate = estimates[state / 2];
         const unsigned likely = state % 2;

@@ -40,7 +40,10 @@ constexpr const char *deniedCalls[] = {
     "ioperm", "keyctl", "add_key", "request_key", "memfd_secret", "init_module", "finit_module",
     "delete_module", "kexec_load", "kexec_file_load", "reboot", "swapon", "swapoff", "sethostname",
     "setdomainname", "clock_settime", "settimeofday", "shmget", "shmat", "msgget", "semget",
-    "mq_open"};
+    "mq_open",
+    // some of these again, as they are called on 32 bits
+    "chown32", "fchown32", "lchown32", "truncate64", "utimensat_time64", "umount",
+    "clock_settime64", "stime"};
 
 struct Condition
 {
@@ -48,10 +51,17 @@ struct Condition
     scmp_arg_cmp argument;
 };
 
+// The library's macros for this are C.
+constexpr scmp_arg_cmp argument(unsigned number, scmp_compare comparison, scmp_datum_t first,
+                                scmp_datum_t second = 0)
+{
+    return {number, comparison, first, second};
+}
+
 // The kernel takes these arguments as 32 bits, whatever stands above them.
 scmp_arg_cmp isCommand(std::uint32_t command)
 {
-    return SCMP_A1(SCMP_CMP_MASKED_EQ, 0xffffffff, command);
+    return argument(1, SCMP_CMP_MASKED_EQ, 0xffffffff, command);
 }
 
 // Calls that are denied only with such an argument.
@@ -59,19 +69,22 @@ std::vector<Condition> deniedArguments()
 {
     return {
         // a signal to another process than this one, which is still this one as Ghostscript
-        {"tgkill", SCMP_A0(SCMP_CMP_NE, scmp_datum_t(getpid()))},
+        {"tgkill", argument(0, SCMP_CMP_NE, scmp_datum_t(getpid()))},
         // the same by way of a file
         {"fcntl", isCommand(F_SETOWN)},
         {"fcntl", isCommand(F_SETOWN_EX)},
         {"fcntl", isCommand(F_SETSIG)},
+        {"fcntl64", isCommand(F_SETOWN)},
+        {"fcntl64", isCommand(F_SETOWN_EX)},
+        {"fcntl64", isCommand(F_SETSIG)},
         // typing into the terminal that corvgs was started from
         {"ioctl", isCommand(TIOCSTI)},
         {"ioctl", isCommand(TIOCLINUX)},
         // other processes' limits
-        {"prlimit64", SCMP_A0(SCMP_CMP_NE, 0)},
+        {"prlimit64", argument(0, SCMP_CMP_NE, 0)},
         // the leash to corvgs, and everything else but the name of a thread
-        {"prctl", SCMP_A0(SCMP_CMP_LT, PR_SET_NAME)},
-        {"prctl", SCMP_A0(SCMP_CMP_GT, PR_GET_NAME)},
+        {"prctl", argument(0, SCMP_CMP_LT, PR_SET_NAME)},
+        {"prctl", argument(0, SCMP_CMP_GT, PR_GET_NAME)},
     };
 }
 
@@ -96,15 +109,15 @@ bool denyOtherPrograms(const Filter &filter, int program)
     if (program < 0)
         return deny(filter, "execve") && deny(filter, "execveat");
     return deny(filter, "execve") &&
-           deny(filter, "execveat", {SCMP_A0(SCMP_CMP_NE, scmp_datum_t(program))}) &&
-           deny(filter, "execveat", {SCMP_A4(SCMP_CMP_NE, AT_EMPTY_PATH)});
+           deny(filter, "execveat", {argument(0, SCMP_CMP_NE, scmp_datum_t(program))}) &&
+           deny(filter, "execveat", {argument(4, SCMP_CMP_NE, AT_EMPTY_PATH)});
 }
 
 // A thread is no new process.
 bool denyProcesses(const Filter &filter)
 {
     return deny(filter, "fork") && deny(filter, "vfork") &&
-           deny(filter, "clone", {SCMP_A0(SCMP_CMP_MASKED_EQ, CLONE_THREAD, 0)});
+           deny(filter, "clone", {argument(0, SCMP_CMP_MASKED_EQ, CLONE_THREAD, 0)});
 }
 
 bool load(const Reach &reach)

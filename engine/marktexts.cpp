@@ -37,7 +37,7 @@ private:
     std::string name()
     {
         const auto end = m_text.find_first_of(" \t\r\n()[]<>{}/%", m_place + 1);
-        const std::string name = m_text.substr(m_place, end - m_place);
+        std::string name = m_text.substr(m_place, end - m_place);
         m_place = end;
         return name;
     }

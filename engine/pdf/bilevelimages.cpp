@@ -103,11 +103,10 @@ std::optional<Encoding> jbig2Of(const Bitmap &bitmap, std::size_t bytes)
 void invertDecode(QPDFObjectHandle dictionary)
 {
     QPDFObjectHandle decode = dictionary.getKey("/Decode");
-    if (decode.isArray() && decode.getArrayNItems() == 2)
-        dictionary.replaceKey("/Decode", QPDFObjectHandle::newArray(
-                                             {decode.getArrayItem(1), decode.getArrayItem(0)}));
-    else
-        dictionary.replaceKey("/Decode", QPDFObjectHandle::parse("[1 0]"));
+    const bool isGiven = decode.isArray() && decode.getArrayNItems() == 2;
+    dictionary.replaceKey("/Decode", isGiven ? QPDFObjectHandle::newArray(
+                                                   {decode.getArrayItem(1), decode.getArrayItem(0)})
+                                             : QPDFObjectHandle::parse("[1 0]"));
 }
 
 void replace(QPDF &copy, QPDFObjectHandle image, const Encoding &encoding)
@@ -123,7 +122,7 @@ void replace(QPDF &copy, QPDFObjectHandle image, const Encoding &encoding)
 void shrinkBilevelImages(QPDF &copy, QPDF *original, bool anyCompression)
 {
     Originals originals(original);
-    for (QPDFObjectHandle image : bilevelImagesOf(copy)) {
+    for (const QPDFObjectHandle &image : bilevelImagesOf(copy)) {
         if (!anyCompression && !originals.hasAny(edgesOf(image)))
             continue;
         const auto bitmap = bitmapOf(image);

@@ -105,7 +105,7 @@ std::string CopyMaker::makePdfa()
 
 std::string CopyMaker::objectionToPdfa()
 {
-    const std::string objection = pdfaObjection(m_interpretation->pdf());
+    std::string objection = pdfaObjection(m_interpretation->pdf());
     if (!objection.empty() || !m_document)
         return objection;
     const std::string general = "it can't become PDF/A-1b: ";

@@ -116,7 +116,7 @@ Object LinkRestorer::destinationFor(Object destination)
 Object LinkRestorer::explicitDestination(Object destination)
 {
     Object result = Object::newArray();
-    for (auto item : destination.getArrayAsVector()) {
+    for (const auto &item : destination.getArrayAsVector()) {
         if (result.getArrayNItems() > 0) {
             result.appendItem(broughtInto(m_copy, item));
             continue;

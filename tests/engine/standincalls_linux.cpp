@@ -1,5 +1,6 @@
 #include "standincalls.h"
 
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
@@ -103,11 +104,34 @@ bool canMakeRing(pid_t)
     return syscall(SYS_io_uring_setup, 1, &parameters) >= 0;
 }
 
+// Names nothing there is: the kernel gets as far as to say so, or it is denied before.
+bool canCall(long call)
+{
+    return syscall(call, -1, -1, -1, -1, -1, -1) == 0 || errno != EPERM;
+}
+
 } // namespace
 
 std::map<std::string, std::function<bool(pid_t)>> callAttempts()
 {
     return {
+        {"call-fchmod", [](pid_t) { return canCall(SYS_fchmod); }},
+        {"call-fchmodat", [](pid_t) { return canCall(SYS_fchmodat); }},
+        {"call-chown", [](pid_t) { return canCall(SYS_chown); }},
+        {"call-fchown", [](pid_t) { return canCall(SYS_fchown); }},
+        {"call-lchown", [](pid_t) { return canCall(SYS_lchown); }},
+        {"call-fchownat", [](pid_t) { return canCall(SYS_fchownat); }},
+        {"call-utimensat", [](pid_t) { return canCall(SYS_utimensat); }},
+        {"call-setxattr", [](pid_t) { return canCall(SYS_setxattr); }},
+        {"call-lsetxattr", [](pid_t) { return canCall(SYS_lsetxattr); }},
+        {"call-fsetxattr", [](pid_t) { return canCall(SYS_fsetxattr); }},
+        {"call-removexattr", [](pid_t) { return canCall(SYS_removexattr); }},
+        {"call-lremovexattr", [](pid_t) { return canCall(SYS_lremovexattr); }},
+        {"call-fremovexattr", [](pid_t) { return canCall(SYS_fremovexattr); }},
+        {"call-symlink", [](pid_t) { return canCall(SYS_symlink); }},
+        {"call-symlinkat", [](pid_t) { return canCall(SYS_symlinkat); }},
+        {"call-linkat", [](pid_t) { return canCall(SYS_linkat); }},
+        {"call-mknodat", [](pid_t) { return canCall(SYS_mknodat); }},
         {"tkill", [](pid_t other) { return syscall(SYS_tkill, other, 0) == 0; }},
         {"tgkill", [](pid_t other) { return syscall(SYS_tgkill, other, other, 0) == 0; }},
         {"own-tgkill", [](pid_t) { return syscall(SYS_tgkill, getpid(), getpid(), 0) == 0; }},

@@ -166,7 +166,24 @@ void TestBreakout::calls_data()
                                 u"userfaultfd"_s,
                                 u"io-uring"_s,
                                 u"keys"_s,
-                                u"memory-file"_s})
+                                u"memory-file"_s,
+                                u"call-fchmod"_s,
+                                u"call-fchmodat"_s,
+                                u"call-chown"_s,
+                                u"call-fchown"_s,
+                                u"call-lchown"_s,
+                                u"call-fchownat"_s,
+                                u"call-utimensat"_s,
+                                u"call-setxattr"_s,
+                                u"call-lsetxattr"_s,
+                                u"call-fsetxattr"_s,
+                                u"call-removexattr"_s,
+                                u"call-lremovexattr"_s,
+                                u"call-fremovexattr"_s,
+                                u"call-symlink"_s,
+                                u"call-symlinkat"_s,
+                                u"call-linkat"_s,
+                                u"call-mknodat"_s})
         QTest::newRow(qPrintable(wish)) << wish;
 }
 

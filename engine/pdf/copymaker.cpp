@@ -46,7 +46,6 @@ public:
 private:
     std::string makePdfa();
     std::string objectionToPdfa();
-    std::string makeOfDamaged();
     bool losesNothing();
     void settleInterpretation();
     std::uintmax_t writeInterpretation();
@@ -81,9 +80,10 @@ std::string CopyMaker::make()
     if (interpreted && *interpreted < m_documentSize)
         return {};
     const auto remade = remakeDocument();
-    if (!remade)
-        return makeOfDamaged();
-    if (interpreted && *interpreted <= *remade)
+    if (!remade && !m_objection.empty())
+        return m_objection;
+    // What Ghostscript repaired is worth more than what it was, even if it takes more room.
+    if (!remade || (interpreted && *interpreted <= *remade))
         writeInterpretation();
     return {};
 }
@@ -115,18 +115,6 @@ std::string CopyMaker::objectionToPdfa()
         return general + "it has an attachment";
     if (losesText(m_document->pdf(), m_interpretation->pdf()))
         return general + "its transparency would cost the text";
-    return {};
-}
-
-// What Ghostscript repaired is worth more than what it was, even if it takes more room. A flaw that
-// keeps nobody from reading is not.
-std::string CopyMaker::makeOfDamaged()
-{
-    if (!m_objection.empty())
-        return m_objection;
-    const bool readable = m_document && !m_document->neededRepair();
-    if (writeInterpretation() > m_documentSize && readable && !m_order.wishes.changes)
-        writeBytes(m_order.document, m_order.copy);
     return {};
 }
 

@@ -14,25 +14,13 @@ void Document::Close::operator()(FILE *stream) const
 
 Document::Document(int file, const std::string &password, Trust trust)
     : m_stream(fdopen(dup(file), "rb"))
+    , m_pdf(std::make_unique<QPDF>())
     , m_trust(trust)
 {
     if (!m_stream)
         throw std::runtime_error("no open file");
-    try {
-        open(password, false);
-    } catch (const QPDFExc &error) {
-        if (trust == Trust::Own || error.getErrorCode() == qpdf_e_password)
-            throw;
-        m_repaired = true;
-        open(password, true);
-    }
-}
-
-void Document::open(const std::string &password, bool repair)
-{
-    m_pdf = std::make_unique<QPDF>();
     m_pdf->setSuppressWarnings(true);
-    m_pdf->setAttemptRecovery(repair);
+    m_pdf->setAttemptRecovery(trust == Trust::Foreign);
     m_pdf->processFile("document", m_stream.get(), false, password.c_str());
 }
 
@@ -50,7 +38,7 @@ int Document::pages()
 
 bool Document::isSound()
 {
-    m_sound = m_sound && !m_repaired && !m_pdf->anyWarnings();
+    m_sound = m_sound && !m_pdf->anyWarnings();
     return m_sound;
 }
 

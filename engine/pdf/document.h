@@ -27,9 +27,6 @@ public:
     /// Whether everything that was read so far is in order.
     bool isSound();
 
-    /// Whether the file could only be read (Foreign) by searching it for its objects.
-    [[nodiscard]] bool neededRepair() const { return m_repaired; }
-
     bool hasObjectStreams();
 
 private:
@@ -38,14 +35,11 @@ private:
         void operator()(FILE *stream) const;
     };
 
-    void open(const std::string &password, bool repair);
-
     // The stream outlives the document that reads it.
     std::unique_ptr<FILE, Close> m_stream;
     std::unique_ptr<QPDF> m_pdf;
     Trust m_trust;
     bool m_sound = true;
-    bool m_repaired = false;
 };
 
 } // namespace engine

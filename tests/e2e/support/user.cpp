@@ -67,9 +67,9 @@ void User::start(const QString &path, const QStringList &arguments)
 
 DesktopWindow User::window(const QString &title) const
 {
-    for (const DesktopWindow &window : m_desktop.windows()) {
-        if (window.title == title && window.process == program.processId())
-            return window;
+    for (const DesktopWindow &shown : m_desktop.windows()) {
+        if (shown.title == title && shown.process == program.processId())
+            return shown;
     }
     return {};
 }

@@ -140,6 +140,8 @@ Wishes wishesOf(const Line &line, bool encrypted)
     wishes.pdfa = has(line.switches, pdfaSwitch);
     wishes.smallestBilevel =
         has(line.switches, jbig2Switch) || has(line.switches, anyMonoFilterSwitch);
+    wishes.smoothBilevel =
+        has(line.switches, averageMonoSwitch) || has(line.switches, bicubicMonoSwitch);
     wishes.compressedFonts = !has(line.switches, plainFontsSwitch);
     wishes.changes = encrypted || !line.mark.empty();
     return wishes;

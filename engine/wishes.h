@@ -10,6 +10,9 @@ struct Wishes
     /// Bilevel images may take whatever lossless compression makes them smallest, JBIG2 above all.
     bool smallestBilevel = false;
 
+    /// Bilevel images that are made smaller keep their greys.
+    bool smoothBilevel = false;
+
     bool compressedFonts = true;
 
     /// A document information mark, or passwords: without them the original itself may do.

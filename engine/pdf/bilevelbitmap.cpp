@@ -5,6 +5,8 @@
 #include "streams.h"
 
 #include <limits>
+#include <qpdf/QPDFPageDocumentHelper.hh>
+#include <set>
 
 namespace engine {
 
@@ -74,6 +76,20 @@ bool isBilevelImage(QPDFObjectHandle stream)
     QPDFObjectHandle bits = dictionary.getKey("/BitsPerComponent");
     return dictionary.getKey("/Subtype").isNameAndEquals("/Image") &&
            (flagOf(dictionary, "/ImageMask") || (bits.isInteger() && bits.getIntValue() == 1));
+}
+
+Images bilevelImagesOf(QPDF &document)
+{
+    Images images;
+    std::set<QPDFObjGen> seen;
+    for (auto &page : QPDFPageDocumentHelper(document).getAllPages()) {
+        page.forEachImage(true,
+                          [&](QPDFObjectHandle &image, QPDFObjectHandle &, const std::string &) {
+                              if (isBilevelImage(image) && seen.insert(image.getObjGen()).second)
+                                  images.push_back(image);
+                          });
+    }
+    return images;
 }
 
 std::pair<std::uint32_t, std::uint32_t> edgesOf(QPDFObjectHandle image)

@@ -3,12 +3,18 @@
 #include "../bitmap.h"
 
 #include <optional>
-#include <qpdf/QPDFObjectHandle.hh>
+#include <qpdf/QPDF.hh>
+#include <vector>
 
 namespace engine {
 
 /// Whether a stream is an image of one bit per sample.
 bool isBilevelImage(QPDFObjectHandle stream);
+
+using Images = std::vector<QPDFObjectHandle>;
+
+/// The bilevel images that a document shows, in the order of its pages, each once.
+Images bilevelImagesOf(QPDF &document);
 
 /// Width and height of an image as its dictionary states them; 0 for one that makes no sense.
 std::pair<std::uint32_t, std::uint32_t> edgesOf(QPDFObjectHandle image);

@@ -6,14 +6,11 @@
 #include "streams.h"
 
 #include <map>
-#include <qpdf/QPDFPageDocumentHelper.hh>
-#include <set>
 
 namespace engine {
 
 namespace {
 
-using Images = std::vector<QPDFObjectHandle>;
 using Edges = std::pair<std::uint32_t, std::uint32_t>;
 
 // As many images of one size as are compared with one of the copy. Ghostscript keeps their order,
@@ -27,21 +24,6 @@ struct Encoding
     QPDFObjectHandle parameters;
     bool inverted = false; ///< 0 stands for what 1 stood for
 };
-
-// In the order of the pages, each once.
-Images bilevelImagesOf(QPDF &document)
-{
-    Images images;
-    std::set<QPDFObjGen> seen;
-    for (auto &page : QPDFPageDocumentHelper(document).getAllPages()) {
-        page.forEachImage(true,
-                          [&](QPDFObjectHandle &image, QPDFObjectHandle &, const std::string &) {
-                              if (isBilevelImage(image) && seen.insert(image.getObjGen()).second)
-                                  images.push_back(image);
-                          });
-    }
-    return images;
-}
 
 // The originals that no image of the copy has taken yet.
 class Originals

@@ -3,6 +3,7 @@
 #include "../filesize.h"
 #include "../judgement.h"
 #include "bilevelimages.h"
+#include "bilevelsampling.h"
 #include "copywriter.h"
 #include "description.h"
 #include "document.h"
@@ -136,6 +137,8 @@ void CopyMaker::settleInterpretation()
 {
     QPDF &pdf = m_interpretation->pdf();
     QPDF *original = m_document && m_document->isSound() ? &m_document->pdf() : nullptr;
+    if (original && m_order.wishes.smoothBilevel)
+        resampleBilevelImages(pdf, *original, m_order.wishes.smallestBilevel);
     shrinkBilevelImages(pdf, original, m_order.wishes.smallestBilevel);
     recompress(pdf, m_order.wishes.compressedFonts);
     settleDescription(pdf, m_order.wishes.pdfa);

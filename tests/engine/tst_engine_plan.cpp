@@ -125,22 +125,29 @@ void TestPlan::wishes_data()
     QTest::addColumn<QString>("switches");
     QTest::addColumn<bool>("pdfa");
     QTest::addColumn<bool>("smallestBilevel");
+    QTest::addColumn<bool>("smoothBilevel");
     QTest::addColumn<bool>("compressedFonts");
     QTest::addColumn<bool>("changes");
-    const auto row = [](const char *switches, bool pdfa, bool bilevel, bool fonts, bool changes) {
-        QTest::newRow(switches) << QString::fromLatin1(switches) << pdfa << bilevel << fonts
-                                << changes;
+    const auto row = [](const char *switches, bool pdfa, bool smallest, bool smooth, bool fonts,
+                        bool changes) {
+        QTest::newRow(switches) << QString::fromLatin1(switches) << pdfa << smallest << smooth
+                                << fonts << changes;
     };
-    row("", false, false, true, false);
-    row(" -dPDFA", true, false, true, false);
-    row(" -dAutoFilterMonoImages=false -dMonoImageFilter=/JBIG2Encode", false, true, true, false);
-    row(" -dAutoFilterMonoImages=true", false, true, true, false);
-    row(" -dAutoFilterMonoImages=false -dMonoImageFilter=/FlateEncode", false, false, true, false);
-    row(" -dCompressFonts=true", false, false, true, false);
-    row(" -dCompressFonts=false", false, false, false, false);
-    row(" -dPermissions=-64", false, false, true, false);
-    row(" -sUserPassword=u", false, false, true, true);
-    row(" -sOwnerPassword=u", false, false, true, true);
+    row("", false, false, false, true, false);
+    row(" -dPDFA", true, false, false, true, false);
+    row(" -dAutoFilterMonoImages=false -dMonoImageFilter=/JBIG2Encode", false, true, false, true,
+        false);
+    row(" -dAutoFilterMonoImages=true", false, true, false, true, false);
+    row(" -dAutoFilterMonoImages=false -dMonoImageFilter=/FlateEncode", false, false, false, true,
+        false);
+    row(" -dMonoImageDownsampleType=/Subsample", false, false, false, true, false);
+    row(" -dMonoImageDownsampleType=/Average", false, false, true, true, false);
+    row(" -dMonoImageDownsampleType=/Bicubic", false, false, true, true, false);
+    row(" -dCompressFonts=true", false, false, false, true, false);
+    row(" -dCompressFonts=false", false, false, false, false, false);
+    row(" -dPermissions=-64", false, false, false, true, false);
+    row(" -sUserPassword=u", false, false, false, true, true);
+    row(" -sOwnerPassword=u", false, false, false, true, true);
 }
 
 void TestPlan::wishes()
@@ -150,6 +157,7 @@ void TestPlan::wishes()
     const engine::Wishes wishes = std::get<engine::Job>(plan).wishes;
     QTEST(wishes.pdfa, "pdfa");
     QTEST(wishes.smallestBilevel, "smallestBilevel");
+    QTEST(wishes.smoothBilevel, "smoothBilevel");
     QTEST(wishes.compressedFonts, "compressedFonts");
     QTEST(wishes.changes, "changes");
     const auto withMark = planFor(base + switches + files + " /tmp/pdfinfo.txt"_L1);

@@ -52,7 +52,9 @@ public:
     /// Runs a shell command where the disk is; $1 is its folder. One without end is ended.
     void run(const QString &command) const
     {
-        QStringList arguments{"--target", QString::number(m_user.program.processId()), "--mount"};
+        // Its root as well, which is another one in a change-root environment.
+        QStringList arguments{"--target", QString::number(m_user.program.processId()), "--mount",
+                              "--root"};
         if (geteuid() != 0)
             arguments << "--user"
                       << "--preserve-credentials";

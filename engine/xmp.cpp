@@ -6,7 +6,6 @@ namespace engine {
 
 namespace {
 
-// What XML can't hold is a blank.
 std::string escaped(std::string_view text)
 {
     std::string result;
@@ -18,7 +17,7 @@ std::string escaped(std::string_view text)
         else if (letter == '>')
             result += "&gt;";
         else
-            result += static_cast<unsigned char>(letter) < ' ' ? ' ' : letter;
+            result += letter;
     }
     return result;
 }
@@ -87,6 +86,24 @@ std::string xmpDate(const std::string &date)
         result += separators[index] + digits;
     }
     return result + zoneOf(date, 16);
+}
+
+std::string writableInXml(const std::string &text)
+{
+    std::string result;
+    for (std::size_t index = 0; index < text.size(); ++index) {
+        const auto lead = static_cast<unsigned char>(text[index]);
+        const std::string_view three = std::string_view(text).substr(index, 3);
+        const bool surrogate =
+            lead == 0xED && three.size() == 3 && static_cast<unsigned char>(three[1]) >= 0xA0;
+        if (surrogate || three == "\xEF\xBF\xBE" || three == "\xEF\xBF\xBF") {
+            result += ' ';
+            index += 2;
+        } else {
+            result += lead < ' ' || lead == 0x7F ? ' ' : text[index];
+        }
+    }
+    return result;
 }
 
 std::string xmpPacket(const Description &description, bool pdfa)

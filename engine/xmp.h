@@ -25,6 +25,10 @@ std::string xmpDate(const std::string &date);
 /// the document is PDF/A-1b.
 std::string xmpPacket(const Description &description, bool pdfa);
 
+/// The text, in UTF-8, with a blank for what XML can't hold: control characters, halves of
+/// surrogate pairs, U+FFFE and U+FFFF.
+std::string writableInXml(const std::string &text);
+
 /// Whether the text is in UTF-8 and has letters beyond ASCII.
 bool isUtf8BeyondAscii(const std::string &text);
 

@@ -3,10 +3,10 @@
 #include "../faxdecoder.h"
 #include "jbig2decoding.h"
 #include "streams.h"
+#include "walk.h"
 
+#include <algorithm>
 #include <limits>
-#include <qpdf/QPDFPageDocumentHelper.hh>
-#include <set>
 
 namespace engine {
 
@@ -66,6 +66,25 @@ std::optional<Bitmap> ofGeneric(QPDFObjectHandle image)
     return samples ? Bitmap::ofSamples(width, height, *samples) : std::nullopt;
 }
 
+bool isOneOf(QPDFObjectHandle name, std::initializer_list<const char *> names)
+{
+    return std::any_of(names.begin(), names.end(),
+                       [&](const char *one) { return name.isNameAndEquals(one); });
+}
+
+bool hasOneComponent(QPDFObjectHandle colourSpace)
+{
+    if (!colourSpace.isArray() || colourSpace.getArrayNItems() < 2)
+        return isOneOf(colourSpace, {"/DeviceGray", "/CalGray"});
+    QPDFObjectHandle parameter = colourSpace.getArrayItem(1);
+    if (colourSpace.getArrayItem(0).isNameAndEquals("/ICCBased")) {
+        QPDFObjectHandle count =
+            parameter.isStream() ? parameter.getDict().getKey("/N") : QPDFObjectHandle::newNull();
+        return count.isInteger() && count.getIntValue() == 1;
+    }
+    return isOneOf(colourSpace.getArrayItem(0), {"/Indexed", "/CalGray", "/Separation"});
+}
+
 } // namespace
 
 bool isBilevelImage(QPDFObjectHandle stream)
@@ -73,21 +92,23 @@ bool isBilevelImage(QPDFObjectHandle stream)
     if (!stream.isStream())
         return false;
     QPDFObjectHandle dictionary = stream.getDict();
+    if (!dictionary.getKey("/Subtype").isNameAndEquals("/Image"))
+        return false;
+    if (flagOf(dictionary, "/ImageMask"))
+        return true;
     QPDFObjectHandle bits = dictionary.getKey("/BitsPerComponent");
-    return dictionary.getKey("/Subtype").isNameAndEquals("/Image") &&
-           (flagOf(dictionary, "/ImageMask") || (bits.isInteger() && bits.getIntValue() == 1));
+    // A mask of colours speaks of samples, whose meaning may change here.
+    return bits.isInteger() && bits.getIntValue() == 1 &&
+           hasOneComponent(dictionary.getKey("/ColorSpace")) &&
+           !dictionary.getKey("/Mask").isArray();
 }
 
 Images bilevelImagesOf(QPDF &document)
 {
     Images images;
-    std::set<QPDFObjGen> seen;
-    for (auto &page : QPDFPageDocumentHelper(document).getAllPages()) {
-        page.forEachImage(true,
-                          [&](QPDFObjectHandle &image, QPDFObjectHandle &, const std::string &) {
-                              if (isBilevelImage(image) && seen.insert(image.getObjGen()).second)
-                                  images.push_back(image);
-                          });
+    for (const auto &object : drawnObjects(document)) {
+        if (isBilevelImage(object))
+            images.push_back(object);
     }
     return images;
 }

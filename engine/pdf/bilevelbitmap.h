@@ -8,7 +8,7 @@
 
 namespace engine {
 
-/// Whether a stream is an image of one bit per sample.
+/// Whether a stream is an image of one bit per pixel, or a stencil mask.
 bool isBilevelImage(QPDFObjectHandle stream);
 
 using Images = std::vector<QPDFObjectHandle>;

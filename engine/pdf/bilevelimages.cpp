@@ -6,6 +6,7 @@
 #include "streams.h"
 
 #include <map>
+#include <set>
 
 namespace engine {
 
@@ -33,8 +34,12 @@ public:
     {
         if (!document)
             return;
-        for (auto &image : bilevelImagesOf(*document))
-            m_images[edgesOf(image)].push_back(image);
+        // Of equal streams Ghostscript writes one.
+        std::set<std::size_t> seen;
+        for (const auto &image : bilevelImagesOf(*document)) {
+            if (seen.insert(std::hash<std::string>()(rawBytesOf(image))).second)
+                m_images[edgesOf(image)].push_back(image);
+        }
     }
 
     /// The original's stream for these samples, if it has fewer bytes than so many.

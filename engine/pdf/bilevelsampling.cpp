@@ -5,8 +5,6 @@
 #include "deflate.h"
 #include "streams.h"
 
-#include <algorithm>
-
 namespace engine {
 
 namespace {
@@ -51,22 +49,29 @@ bool resample(QPDFObjectHandle image, QPDFObjectHandle original)
     return better.has_value();
 }
 
+// The original that serves is taken out.
+void resampleFrom(Images &originals, const QPDFObjectHandle &image)
+{
+    std::size_t looks = 0;
+    for (auto own = originals.begin(); own != originals.end() && looks < lookAhead; ++own) {
+        if (factorBetween(*own, image) == 0)
+            continue;
+        ++looks;
+        if (resample(image, *own)) {
+            originals.erase(own);
+            return;
+        }
+    }
+}
+
 } // namespace
 
 void resampleBilevelImages(QPDF &copy, QPDF &original, bool anyCompression)
 {
     Images originals = bilevelImagesOf(original);
     for (const QPDFObjectHandle &image : bilevelImagesOf(copy)) {
-        if (!anyCompression && filtersOf(image) != std::vector<std::string>{"/FlateDecode"})
-            continue;
-        std::size_t looks = lookAhead;
-        const auto own =
-            std::find_if(originals.begin(), originals.end(), [&](const auto &candidate) {
-                return looks > 0 && factorBetween(candidate, image) > 0 && looks-- > 0 &&
-                       resample(image, candidate);
-            });
-        if (own != originals.end())
-            originals.erase(own);
+        if (anyCompression || filtersOf(image) == std::vector<std::string>{"/FlateDecode"})
+            resampleFrom(originals, image);
     }
 }
 

@@ -46,12 +46,12 @@ public:
 
 private:
     std::string makePdfa();
-    std::string objectionToPdfa();
+    std::string lossOfPdfa();
     bool losesNothing();
     void settleInterpretation();
     std::uintmax_t writeInterpretation();
     std::uintmax_t writeDocument();
-    std::optional<std::uintmax_t> remakeDocument();
+    std::optional<std::uintmax_t> remakeDocument(bool complete);
     [[nodiscard]] Form form(bool objectStreams) const;
 
     const CopyOrder &m_order;
@@ -80,7 +80,7 @@ std::string CopyMaker::make()
     const auto interpreted = complete ? std::optional(writeInterpretation()) : std::nullopt;
     if (interpreted && *interpreted < m_documentSize)
         return {};
-    const auto remade = remakeDocument();
+    const auto remade = remakeDocument(complete);
     if (!remade && !m_objection.empty())
         return m_objection;
     // What Ghostscript repaired is worth more than what it was, even if it takes more room.
@@ -92,31 +92,40 @@ std::string CopyMaker::make()
 // Size matters less here: PDF/A brings what the document may not have, its fonts above all.
 std::string CopyMaker::makePdfa()
 {
-    if (m_objection.empty())
-        m_objection = objectionToPdfa();
     if (!m_objection.empty())
         return m_objection;
-    losesNothing();
-    settlePdfa(m_interpretation->pdf());
-    restoreTexts(m_interpretation->pdf(), m_order.marked,
-                 m_document ? &m_document->pdf() : nullptr);
+    QPDF &copy = m_interpretation->pdf();
+    const std::string objection = claimObjection(copy);
+    if (!objection.empty())
+        return objection;
+    settlePdfa(copy);
+    const std::string loss = lossOfPdfa();
+    if (!loss.empty())
+        return "it can't become PDF/A-1b: " + loss;
+    restoreTexts(copy, m_order.marked, m_document ? &m_document->pdf() : nullptr);
+    const std::string rule = brokenPdfaRule(copy);
+    if (!rule.empty())
+        return "it can't become PDF/A-1b: it would have " + rule;
     writeInterpretation();
     return {};
 }
 
-std::string CopyMaker::objectionToPdfa()
+// Form fields become drawings, which is what an archive keeps of them.
+std::string CopyMaker::lossOfPdfa()
 {
-    std::string objection = pdfaObjection(m_interpretation->pdf());
-    if (!objection.empty() || !m_document)
-        return objection;
-    const std::string general = "it can't become PDF/A-1b: ";
-    if (needsForeignFonts(m_document->pdf()))
-        return general + "it does not bring its fonts along";
-    if (attachmentsOf(m_document->pdf()) > 0)
-        return general + "it has an attachment";
-    if (losesText(m_document->pdf(), m_interpretation->pdf()))
-        return general + "its transparency would cost the text";
-    return {};
+    if (!m_document)
+        return {};
+    QPDF &original = m_document->pdf();
+    QPDF &copy = m_interpretation->pdf();
+    if (needsForeignFonts(original))
+        return "it does not bring its fonts along";
+    if (attachmentsOf(original) > 0)
+        return "it has an attachment";
+    restoreLinks(copy, original, true);
+    restoreLetters(copy, original);
+    if (linksOf(copy) < linksOf(original) || misleadsLinks(copy, original))
+        return "links would be lost, or lead elsewhere";
+    return losesText(original, copy) ? "text would be lost" : "";
 }
 
 // Of a document that breaks off on the way, what Ghostscript found is all there is to find.
@@ -124,10 +133,12 @@ bool CopyMaker::losesNothing()
 {
     if (!m_document)
         return true;
+    QPDF &original = m_document->pdf();
+    QPDF &copy = m_interpretation->pdf();
     try {
-        restoreLinks(m_interpretation->pdf(), m_document->pdf(), m_order.wishes.pdfa);
-        return restoreLetters(m_interpretation->pdf(), m_document->pdf()) &&
-               lossOf(m_document->pdf(), m_interpretation->pdf()).empty();
+        restoreLinks(copy, original, false);
+        return restoreLetters(copy, original) && !misleadsLinks(copy, original) &&
+               lossOf(original, copy).empty();
     } catch (const QPDFExc &) {
         return true;
     }
@@ -167,18 +178,22 @@ std::uintmax_t CopyMaker::writeDocument()
     return writeCopy(m_document->pdf(), m_order.copy, form(true));
 }
 
-// The document itself, rewritten without loss; its size, or nothing if it is damaged.
-std::optional<std::uintmax_t> CopyMaker::remakeDocument()
+// The document itself, rewritten without loss; its size. Nothing if it is damaged, unless the
+// interpretation is sound and only poorer: what can be read of the document is what that lacks.
+std::optional<std::uintmax_t> CopyMaker::remakeDocument(bool complete)
 {
     if (!m_document || !m_interpretation)
         return {};
+    const bool mayBeFlawed = m_objection.empty() && !complete;
     try {
-        takeDescription(m_document->pdf(), m_interpretation->pdf(), m_objection.empty());
-        const bool intact = recompress(m_document->pdf(), true);
+        if (m_order.wishes.changes)
+            takeDescription(m_document->pdf(), m_interpretation->pdf());
+        const bool intact = recompress(m_document->pdf(), m_order.wishes.compressedFonts);
         const std::uintmax_t size = writeDocument();
-        if (!intact || !m_document->isSound())
+        const bool sound = intact && m_document->isSound();
+        if (!sound && !mayBeFlawed)
             return {};
-        if (size > m_documentSize && !m_order.wishes.changes)
+        if (size > m_documentSize && sound && !m_order.wishes.changes)
             return writeBytes(m_order.document, m_order.copy);
         return size;
     } catch (const QPDFExc &) {

@@ -15,7 +15,7 @@ constexpr std::size_t firstRoom = std::size_t(1) << 16;
 // 12, the highest, 7 in twenty times the time. Large streams are bitmaps, whose time counts.
 constexpr int thoroughLevel = 10;
 constexpr int quickLevel = 9;
-constexpr std::size_t thoroughSize = std::size_t(1) << 20;
+constexpr std::size_t thoroughSize = std::size_t(1) << 18;
 
 struct Free
 {

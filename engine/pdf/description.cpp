@@ -30,8 +30,8 @@ QPDFObjectHandle informationOf(QPDF &document)
 std::string readable(const std::string &bytes)
 {
     const std::string asUtf8 = "\xEF\xBB\xBF";
-    return isUtf8BeyondAscii(bytes) ? QPDFObjectHandle::newString(asUtf8 + bytes).getUTF8Value()
-                                    : QPDFObjectHandle::newString(bytes).getUTF8Value();
+    const std::string marked = isUtf8BeyondAscii(bytes) ? asUtf8 + bytes : bytes;
+    return writableInXml(QPDFObjectHandle::newString(marked).getUTF8Value());
 }
 
 // Ghostscript writes Z00'00', which some readers can't make out; +00'00' is the same to all.
@@ -100,12 +100,12 @@ void restoreTexts(QPDF &copy, const std::map<std::string, std::string> &marked, 
     }
 }
 
-void takeDescription(QPDF &document, QPDF &copy, bool complete)
+void takeDescription(QPDF &document, QPDF &copy)
 {
     QPDFObjectHandle information = QPDFObjectHandle::newDictionary();
+    // What isn't a text may be anything, the page tree for one.
     for (auto [key, value] : informationOf(document).getDictAsMap()) {
-        // What isn't a text may be anything, the page tree for one.
-        if (!complete && value.isString())
+        if (value.isString())
             information.replaceKey(key, QPDFObjectHandle::newString(value.getStringValue()));
     }
     for (auto [key, value] : informationOf(copy).getDictAsMap())
@@ -114,6 +114,8 @@ void takeDescription(QPDF &document, QPDF &copy, bool complete)
     document.getTrailer().replaceKey("/Info", document.makeIndirectObject(information));
     if (document.getRoot().hasKey("/Metadata"))
         settleDescription(document, false);
+    else
+        settledTexts(informationOf(document));
 }
 
 } // namespace engine

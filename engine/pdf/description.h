@@ -15,8 +15,8 @@ void settleDescription(QPDF &document, bool pdfa);
 /// else the original's (null: none).
 void restoreTexts(QPDF &copy, const std::map<std::string, std::string> &marked, QPDF *original);
 
-/// Gives the document the copy's description in place of its own. What is incomplete keeps the
-/// document's own where the copy has nothing. The copy has to live until the document is written.
-void takeDescription(QPDF &document, QPDF &copy, bool complete);
+/// Adds the copy's description to the document's own, in place of what both have. The copy has to
+/// live until the document is written.
+void takeDescription(QPDF &document, QPDF &copy);
 
 } // namespace engine

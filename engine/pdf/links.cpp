@@ -1,7 +1,11 @@
 #include "links.h"
 
 #include "foreign.h"
+#include "walk.h"
 
+#include <algorithm>
+#include <array>
+#include <cmath>
 #include <map>
 #include <qpdf/QPDFNameTreeObjectHelper.hh>
 #include <qpdf/QPDFObjectHandle.hh>
@@ -15,6 +19,26 @@ using Object = QPDFObjectHandle;
 using Pages = std::vector<QPDFPageObjectHelper>;
 
 constexpr int printFlag = 4;
+
+using Plane = std::array<double, 6>;
+
+// Where the numbers of a page lead. Ghostscript moves a page whose corner is not the origin, turns
+// a turned one, and enlarges one with a unit of its own.
+Plane planeOf(QPDFPageObjectHelper page)
+{
+    const auto box = page.getMediaBox().getArrayAsRectangle();
+    const auto numberOf = [&page](const char *key, double without) {
+        Object number = page.getAttribute(key, false);
+        return number.isNumber() ? number.getNumericValue() : without;
+    };
+    // Sizes are written with two decimals.
+    return {box.llx,
+            box.lly,
+            std::round(box.urx),
+            std::round(box.ury),
+            numberOf("/Rotate", 0),
+            numberOf("/UserUnit", 1)};
+}
 
 class LinkRestorer
 {
@@ -40,11 +64,56 @@ public:
         }
     }
 
+    /// Whether a destination of the original names a place on a page that lies otherwise in the
+    /// copy.
+    bool misleads()
+    {
+        std::vector<bool> moved;
+        for (std::size_t index = 0; index < m_pages.size(); ++index)
+            moved.push_back(index >= m_copyPages.size() ||
+                            !isSamePlane(m_pages[index], m_copyPages[index]));
+        if (std::find(moved.begin(), moved.end(), true) == moved.end())
+            return false;
+        const auto objects = reachableObjects(m_original);
+        return std::any_of(objects.begin(), objects.end(),
+                           [&](const Object &object) { return namesMovedPlace(object, moved); });
+    }
+
 private:
+    // Links, outline entries and actions all keep their destination under one of two keys.
+    bool namesMovedPlace(Object object, const std::vector<bool> &moved)
+    {
+        if (!object.isDictionary())
+            return false;
+        Object action = object.getKey("/A");
+        for (const Object &holder : {object, action.isDictionary() ? action : object}) {
+            for (const char *key : {"/Dest", "/D"}) {
+                if (isMovedPlace(Object(holder).getKey(key), moved))
+                    return true;
+            }
+        }
+        return false;
+    }
+
+    bool isMovedPlace(Object destination, const std::vector<bool> &moved)
+    {
+        destination = arrayFor(destination);
+        if (!destination.isArray() || destination.getArrayNItems() < 3)
+            return false;
+        const auto number = m_numbers.find(destination.getArrayItem(0).getObjGen());
+        if (number == m_numbers.end() || !moved[number->second])
+            return false;
+        const auto items = destination.getArrayAsVector();
+        return std::any_of(items.begin() + 2, items.end(), [](Object item) {
+            return item.isNumber() && item.getNumericValue() != 0;
+        });
+    }
+
     static bool isSamePlane(QPDFPageObjectHelper page, QPDFPageObjectHelper copy);
     void replaceLinks(Object page, const std::vector<QPDFAnnotationObjectHelper> &links);
     Object linkFor(Object link);
     Object destinationFor(Object destination);
+    Object arrayFor(Object destination);
     Object explicitDestination(Object destination);
     Object namedDestination(Object name);
 
@@ -56,18 +125,9 @@ private:
     std::map<QPDFObjGen, std::size_t> m_numbers;
 };
 
-// Ghostscript moves a page whose corner is not the origin, and may turn one.
 bool LinkRestorer::isSamePlane(QPDFPageObjectHelper page, QPDFPageObjectHelper copy)
 {
-    const auto cornerOf = [](QPDFPageObjectHelper &helper) {
-        const auto box = helper.getMediaBox().getArrayAsRectangle();
-        return std::pair(box.llx, box.lly);
-    };
-    const auto turnOf = [](QPDFPageObjectHelper &helper) {
-        Object turn = helper.getAttribute("/Rotate", false);
-        return turn.isInteger() ? turn.getIntValue() : 0;
-    };
-    return cornerOf(page) == cornerOf(copy) && turnOf(page) == turnOf(copy);
+    return planeOf(page) == planeOf(copy);
 }
 
 void LinkRestorer::replaceLinks(Object page, const std::vector<QPDFAnnotationObjectHelper> &links)
@@ -106,11 +166,15 @@ Object LinkRestorer::linkFor(Object link)
 
 Object LinkRestorer::destinationFor(Object destination)
 {
+    destination = arrayFor(destination);
+    return destination.isArray() ? explicitDestination(destination) : Object::newNull();
+}
+
+Object LinkRestorer::arrayFor(Object destination)
+{
     if (destination.isString() || destination.isName())
         destination = namedDestination(destination);
-    if (destination.isDictionary())
-        destination = destination.getKey("/D");
-    return destination.isArray() ? explicitDestination(destination) : Object::newNull();
+    return destination.isDictionary() ? destination.getKey("/D") : destination;
 }
 
 Object LinkRestorer::explicitDestination(Object destination)
@@ -144,6 +208,11 @@ Object LinkRestorer::namedDestination(Object name)
 }
 
 } // namespace
+
+bool misleadsLinks(QPDF &copy, QPDF &original)
+{
+    return LinkRestorer(copy, original, false).misleads();
+}
 
 void restoreLinks(QPDF &copy, QPDF &original, bool printable)
 {

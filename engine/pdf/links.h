@@ -9,4 +9,8 @@ namespace engine {
 /// wants; they look the same.
 void restoreLinks(QPDF &copy, QPDF &original, bool printable);
 
+/// Whether links or outline entries lead elsewhere in the copy than in the original: Ghostscript
+/// leaves their numbers as they are, on pages that it moves, turns or enlarges, too.
+bool misleadsLinks(QPDF &copy, QPDF &original);
+
 } // namespace engine

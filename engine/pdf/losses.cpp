@@ -29,11 +29,6 @@ std::size_t annotations(QPDF &document, const std::string &subtype)
     return count;
 }
 
-std::size_t links(QPDF &document)
-{
-    return annotations(document, "/Link");
-}
-
 // A field that lies on no page can't be filled in.
 std::size_t formFields(QPDF &document)
 {
@@ -48,7 +43,7 @@ struct Kind
 
 constexpr Kind kinds[] = {
     {"form fields", formFields},
-    {"links", links},
+    {"links", linksOf},
     {"outline entries", outlineEntries},
     {"attachments", attachmentsOf},
 };
@@ -62,6 +57,11 @@ std::string lossOf(QPDF &original, QPDF &copy)
             return kind.name;
     }
     return {};
+}
+
+std::size_t linksOf(QPDF &document)
+{
+    return annotations(document, "/Link");
 }
 
 std::size_t attachmentsOf(QPDF &document)

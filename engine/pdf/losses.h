@@ -9,6 +9,8 @@ namespace engine {
 /// "form fields", "outline entries", "attachments". Empty if nothing is lost.
 std::string lossOf(QPDF &original, QPDF &copy);
 
+std::size_t linksOf(QPDF &document);
+
 /// The number of files that a document carries.
 std::size_t attachmentsOf(QPDF &document);
 

@@ -1,6 +1,7 @@
 #include "pdfa.h"
 
 #include "streams.h"
+#include "walk.h"
 
 #include <algorithm>
 #include <cmath>
@@ -49,9 +50,12 @@ bool isUnembeddedFont(Object dictionary)
 
 bool isForbiddenAction(Object dictionary)
 {
+    if (is(dictionary, "/S", {"/Named"}))
+        return !is(dictionary, "/N", {"/NextPage", "/PrevPage", "/FirstPage", "/LastPage"});
     return is(dictionary, "/S",
-              {"/JavaScript", "/Launch", "/Sound", "/Movie", "/ResetForm", "/ImportData"}) &&
-           !dictionary.hasKey("/Subtype");
+              {"/JavaScript", "/Launch", "/Sound", "/Movie", "/ResetForm", "/ImportData",
+               "/Rendition", "/SetOCGState", "/GoToE", "/Hide", "/Trans", "/GoTo3DView",
+               "/set-state", "/no-op"});
 }
 
 bool isInterpolated(Object dictionary)
@@ -89,15 +93,46 @@ bool hasOutputIntent(QPDF &document)
     return intents.isArray() && intents.getArrayNItems() > 0;
 }
 
-// Through what lies directly in the object; the rest is an object of its own.
+// What PDF 1.4 sets limits to, and PDF/A-1 keeps.
+constexpr double largestReal = 32767;
+constexpr std::size_t longestString = 65535;
+constexpr int longestArray = 8191;
+constexpr int mostColorants = 8;
+
+bool isBeyondLimits(Object object)
+{
+    if (object.isReal())
+        return std::abs(object.getNumericValue()) > largestReal;
+    if (object.isString())
+        return object.getStringValue().size() > longestString;
+    if (!object.isArray())
+        return false;
+    const bool hasColorants = object.getArrayNItems() > 1 &&
+                              object.getArrayItem(0).isNameAndEquals("/DeviceN") &&
+                              object.getArrayItem(1).isArray();
+    return object.getArrayNItems() > longestArray ||
+           (hasColorants && object.getArrayItem(1).getArrayNItems() > mostColorants);
+}
+
+std::string brokenRuleOf(Object object);
+
+std::string brokenRuleIn(const std::vector<Object> &parts)
+{
+    for (const Object &part : parts) {
+        // The others are objects of their own.
+        std::string rule = Object(part).isIndirect() ? std::string() : brokenRuleOf(part);
+        if (!rule.empty())
+            return rule;
+    }
+    return {};
+}
+
 std::string brokenRuleOf(Object object)
 {
-    if (object.isArray()) {
-        for (const auto &item : object.getArrayAsVector()) {
-            if (std::string rule = item.isIndirect() ? "" : brokenRuleOf(item); !rule.empty())
-                return rule;
-        }
-    }
+    if (isBeyondLimits(object))
+        return "more than PDF 1.4 allows of something";
+    if (object.isArray())
+        return brokenRuleIn(object.getArrayAsVector());
     Object dictionary = object.isStream() ? object.getDict() : object;
     if (!dictionary.isDictionary())
         return {};
@@ -105,20 +140,19 @@ std::string brokenRuleOf(Object object)
         if (rule.isBroken(dictionary))
             return rule.objection;
     }
-    for (auto [key, value] : dictionary.getDictAsMap()) {
-        if (std::string rule = value.isIndirect() ? "" : brokenRuleOf(value); !rule.empty())
-            return rule;
-    }
-    return {};
+    std::vector<Object> parts;
+    for (const auto &[key, value] : dictionary.getDictAsMap())
+        parts.push_back(value);
+    return brokenRuleIn(parts);
 }
 
-// PDF 1.4 knows no larger numbers.
 class NumberCheck : public Object::ParserCallbacks
 {
 public:
     void handleObject(Object object) override
     {
-        m_tooLarge = m_tooLarge || (object.isReal() && std::abs(object.getNumericValue()) > 32767);
+        m_tooLarge =
+            m_tooLarge || (object.isReal() && std::abs(object.getNumericValue()) > largestReal);
     }
     void handleEOF() override {}
     [[nodiscard]] bool hasTooLarge() const { return m_tooLarge; }
@@ -150,23 +184,27 @@ bool drawsWithTooLargeNumbers(Object object)
 
 } // namespace
 
-std::string pdfaObjection(QPDF &document)
+std::string claimObjection(QPDF &document)
 {
-    if (!claimsPdfa(document) || !hasOutputIntent(document))
-        return "Ghostscript made no PDF/A of it";
-    for (const Object &object : document.getAllObjects()) {
+    const bool claimed = claimsPdfa(document) && hasOutputIntent(document);
+    return claimed ? "" : "Ghostscript made no PDF/A of it";
+}
+
+std::string brokenPdfaRule(QPDF &document)
+{
+    for (const Object &object : reachableObjects(document)) {
         std::string rule = brokenRuleOf(object);
         if (rule.empty() && drawsWithTooLargeNumbers(object))
             rule = "numbers that are too large";
         if (!rule.empty())
-            return "it can't become PDF/A-1b: it would have " + rule;
+            return rule;
     }
     return {};
 }
 
 bool needsForeignFonts(QPDF &original)
 {
-    const auto objects = original.getAllObjects();
+    const auto objects = reachableObjects(original);
     return std::any_of(objects.begin(), objects.end(), [](Object object) {
         return object.isDictionary() &&
                is(object, "/Subtype", {"/CIDFontType0", "/CIDFontType2"}) &&
@@ -176,10 +214,15 @@ bool needsForeignFonts(QPDF &original)
 
 void settlePdfa(QPDF &document)
 {
-    for (Object object : document.getAllObjects()) {
-        if (object.isDictionary() && is(object, "/Subtype", {"/Type3"}) &&
-            object.getKey("/Encoding").isDictionary())
+    for (Object object : reachableObjects(document)) {
+        if (!object.isDictionary())
+            continue;
+        if (is(object, "/Subtype", {"/Type3"}) && object.getKey("/Encoding").isDictionary())
             object.getKey("/Encoding").removeKey("/BaseEncoding");
+        if (object.hasKey("/Rect") && object.getKey("/AP").isDictionary()) {
+            object.getKey("/AP").removeKey("/D");
+            object.getKey("/AP").removeKey("/R");
+        }
     }
 }
 

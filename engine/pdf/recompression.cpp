@@ -2,6 +2,7 @@
 
 #include "deflate.h"
 #include "streams.h"
+#include "walk.h"
 
 #include <algorithm>
 #include <qpdf/QPDFObjectHandle.hh>
@@ -10,8 +11,7 @@ namespace engine {
 
 namespace {
 
-// A few bytes can stand for gibibytes; and what became smaller is held until it is written.
-constexpr std::size_t mostOfOne = std::size_t(256) << 20;
+// What became smaller is held until it is written.
 constexpr std::size_t mostOfAll = std::size_t(512) << 20;
 // No deflated byte stands for more than this many.
 constexpr std::size_t mostRatio = 1032;
@@ -29,9 +29,11 @@ struct Packed
 std::optional<Packed> repacked(QPDFObjectHandle stream)
 {
     const std::string raw = rawBytesOf(stream);
-    const auto bytes = inflated(raw, mostOfOne);
+    if (raw.empty())
+        return Packed();
+    const auto bytes = inflated(raw, mostBytes);
     if (!bytes)
-        return raw.size() > mostOfOne / mostRatio ? std::optional(Packed()) : std::nullopt;
+        return raw.size() > mostBytes / mostRatio ? std::optional(Packed()) : std::nullopt;
     std::string better = deflated(*bytes);
     if (better.size() >= raw.size())
         return Packed();
@@ -43,7 +45,7 @@ std::optional<Packed> packed(QPDFObjectHandle stream)
     const auto bytes = decodedBytesOf(stream);
     if (!bytes)
         return {};
-    std::string better = bytes->size() > mostOfOne ? std::string() : deflated(*bytes);
+    std::string better = deflated(*bytes);
     if (better.size() + filterEntry >= rawBytesOf(stream).size())
         return Packed();
     return Packed{std::move(better), QPDFObjectHandle::newNull()};
@@ -90,7 +92,7 @@ bool recompress(QPDF &document, bool fonts)
 {
     std::size_t held = 0;
     bool intact = true;
-    for (QPDFObjectHandle object : document.getAllObjects()) {
+    for (QPDFObjectHandle object : reachableObjects(document)) {
         if (!object.isStream() || !mayBePacked(object, fonts) || held > mostOfAll)
             continue;
         const auto better = betterThan(object);

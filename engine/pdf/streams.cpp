@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <qpdf/Buffer.hh>
+#include <qpdf/Pipeline.hh>
+#include <stdexcept>
 
 namespace engine {
 
@@ -15,6 +17,31 @@ std::string textOf(const std::shared_ptr<Buffer> &buffer)
 {
     return std::string(reinterpret_cast<const char *>(buffer->getBuffer()), buffer->getSize());
 }
+
+// A few bytes can stand for gibibytes.
+class Bytes : public Pipeline
+{
+public:
+    explicit Bytes(std::size_t most)
+        : Pipeline("bytes", nullptr)
+        , m_most(most)
+    {
+    }
+
+    void write(unsigned char const *data, std::size_t count) override
+    {
+        if (count > m_most - m_bytes.size())
+            throw std::length_error("too many bytes");
+        m_bytes.append(reinterpret_cast<const char *>(data), count);
+    }
+    void finish() override {}
+
+    std::string take() { return std::move(m_bytes); }
+
+private:
+    std::size_t m_most;
+    std::string m_bytes;
+};
 
 std::string nameOf(QPDFObjectHandle filter)
 {
@@ -49,12 +76,16 @@ std::string rawBytesOf(QPDFObjectHandle stream)
     return textOf(stream.getRawStreamData());
 }
 
-std::optional<std::string> decodedBytesOf(QPDFObjectHandle stream)
+std::optional<std::string> decodedBytesOf(QPDFObjectHandle stream, std::size_t most)
 {
     if (!isGeneric(filtersOf(stream)))
         return {};
     try {
-        return textOf(stream.getStreamData(qpdf_dl_specialized));
+        Bytes bytes(most);
+        bool filtered = false;
+        if (!stream.pipeStreamData(&bytes, &filtered, 0, qpdf_dl_specialized, true))
+            return {};
+        return bytes.take();
     } catch (const std::exception &) {
         return {};
     }

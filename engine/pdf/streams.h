@@ -16,7 +16,11 @@ bool isGeneric(const std::vector<std::string> &filters);
 /// A stream's bytes as they lie in the file, decrypted.
 std::string rawBytesOf(QPDFObjectHandle stream);
 
-/// A stream's bytes without its generic filters; nothing if it has others, or is damaged.
-std::optional<std::string> decodedBytesOf(QPDFObjectHandle stream);
+/// The bytes of one stream that are ever held: a bitmap's, at most.
+inline constexpr std::size_t mostBytes = std::size_t(256) << 20;
+
+/// A stream's bytes without its generic filters; nothing if it has others, is damaged, or stands
+/// for more than so many bytes.
+std::optional<std::string> decodedBytesOf(QPDFObjectHandle stream, std::size_t most = mostBytes);
 
 } // namespace engine

@@ -2,6 +2,7 @@
 
 #include "../tounicode.h"
 #include "streams.h"
+#include "walk.h"
 
 #include <algorithm>
 #include <map>
@@ -13,38 +14,90 @@ namespace engine {
 
 namespace {
 
+bool hasLetters(QPDFObjectHandle operand)
+{
+    if (operand.isString())
+        return !operand.getStringValue().empty();
+    if (!operand.isArray())
+        return false;
+    const auto items = operand.getArrayAsVector();
+    return std::any_of(items.begin(), items.end(), hasLetters);
+}
+
 class TextSearch : public QPDFObjectHandle::ParserCallbacks
 {
 public:
     void handleObject(QPDFObjectHandle object) override
     {
         static constexpr const char *showing[] = {"Tj", "TJ", "'", "\""};
-        if (!object.isOperator() || std::find(std::begin(showing), std::end(showing),
-                                              object.getOperatorValue()) == std::end(showing))
-            return;
-        m_found = true;
-        terminateParsing();
+        const bool shows =
+            object.isOperator() && std::find(std::begin(showing), std::end(showing),
+                                             object.getOperatorValue()) != std::end(showing);
+        m_found = m_found || (shows && hasLetters(m_operand));
+        m_operand = object;
+        if (m_found)
+            terminateParsing();
     }
     void handleEOF() override {}
     [[nodiscard]] bool hasFound() const { return m_found; }
 
 private:
+    QPDFObjectHandle m_operand = QPDFObjectHandle::newNull(); ///< the last one
     bool m_found = false;
 };
 
-bool showsText(QPDFPageObjectHelper page)
+// Forms are drawn by many pages; each is read once.
+class TextFinder
 {
-    TextSearch search;
-    page.parseContents(&search);
-    bool found = search.hasFound();
-    page.forEachFormXObject(true,
-                            [&](QPDFObjectHandle &form, QPDFObjectHandle &, const std::string &) {
-                                if (!found)
-                                    QPDFPageObjectHelper(form).parseContents(&search);
-                                found = search.hasFound();
-                            });
-    return found;
-}
+public:
+    bool showsText(QPDFPageObjectHelper page)
+    {
+        TextSearch search;
+        page.parseContents(&search);
+        return search.hasFound() || formsShowText(page.getAttribute("/Resources", false), 0);
+    }
+
+private:
+    bool formsShowText(QPDFObjectHandle resources, int depth)
+    {
+        constexpr int deepest = 100;
+        QPDFObjectHandle objects =
+            resources.isDictionary() ? resources.getKey("/XObject") : QPDFObjectHandle::newNull();
+        if (!objects.isDictionary() || depth > deepest)
+            return false;
+        if (!objects.isIndirect())
+            return anyShowsText(objects, depth);
+        const auto known = m_known.find(objects.getObjGen());
+        if (known != m_known.end())
+            return known->second;
+        m_known[objects.getObjGen()] = false;
+        return m_known[objects.getObjGen()] = anyShowsText(objects, depth);
+    }
+
+    bool anyShowsText(QPDFObjectHandle objects, int depth)
+    {
+        const auto entries = objects.getDictAsMap();
+        return std::any_of(entries.begin(), entries.end(),
+                           [&](const auto &entry) { return formShowsText(entry.second, depth); });
+    }
+
+    bool formShowsText(QPDFObjectHandle form, int depth)
+    {
+        if (!form.isStream() || !form.getDict().getKey("/Subtype").isNameAndEquals("/Form"))
+            return false;
+        const auto known = m_known.find(form.getObjGen());
+        if (known != m_known.end())
+            return known->second;
+        m_known[form.getObjGen()] = false;
+        TextSearch search;
+        QPDFPageObjectHelper(form).parseContents(&search);
+        return m_known[form.getObjGen()] =
+                   search.hasFound() ||
+                   formsShowText(form.getDict().getKey("/Resources"), depth + 1);
+    }
+
+    std::map<QPDFObjGen, bool> m_known;
+};
 
 using Letters = std::map<std::string, std::string>;
 
@@ -68,7 +121,7 @@ using Fonts = std::vector<Font>;
 std::map<std::string, Fonts> fontsWithLetters(QPDF &document)
 {
     std::map<std::string, Fonts> fonts;
-    for (QPDFObjectHandle object : document.getAllObjects()) {
+    for (QPDFObjectHandle object : reachableObjects(document)) {
         if (!object.isDictionary() || !object.getKey("/Type").isNameAndEquals("/Font") ||
             !object.getKey("/ToUnicode").isStream())
             continue;
@@ -161,8 +214,10 @@ bool losesText(QPDF &original, QPDF &copy)
 {
     const auto pages = QPDFPageDocumentHelper(original).getAllPages();
     const auto copies = QPDFPageDocumentHelper(copy).getAllPages();
+    TextFinder before;
+    TextFinder after;
     for (std::size_t index = 0; index < std::min(pages.size(), copies.size()); ++index) {
-        if (showsText(pages[index]) && !showsText(copies[index]))
+        if (!after.showsText(copies[index]) && before.showsText(pages[index]))
             return true;
     }
     return false;

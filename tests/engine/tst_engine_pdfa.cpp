@@ -163,9 +163,9 @@ void TestPdfa::refused_data()
                                        {u"--add-attachment"_s, bench.in(u"table.csv"_s), u"--"_s})
                                 << pdfa << QByteArray("attachment");
     for (const char *state : {"/ca 0.5 /CA 0.5", "/BM /Multiply"})
-        QTest::newRow(state) << withGraphicsState(state) << pdfa << QByteArray("cost the text");
+        QTest::newRow(state) << withGraphicsState(state) << pdfa << QByteArray("text would be lost");
     QTest::newRow("soft mask") << withImage("/ColorSpace /DeviceRGB /SMask 7 0 R", 1200) << pdfa
-                               << QByteArray("cost the text");
+                               << QByteArray("text would be lost");
     QTest::newRow("a font that is not there")
         << withoutItsFont() << pdfa << QByteArray("does not bring its fonts along");
     QTest::newRow("unreadable") << documents::unreadableForGhostscript() << pdfa

@@ -163,9 +163,16 @@ void TestPdfa::refused_data()
                                        {u"--add-attachment"_s, bench.in(u"table.csv"_s), u"--"_s})
                                 << pdfa << QByteArray("attachment");
     for (const char *state : {"/ca 0.5 /CA 0.5", "/BM /Multiply"})
-        QTest::newRow(state) << withGraphicsState(state) << pdfa << QByteArray("text would be lost");
+        QTest::newRow(state) << withGraphicsState(state) << pdfa
+                             << QByteArray("text would be lost");
     QTest::newRow("soft mask") << withImage("/ColorSpace /DeviceRGB /SMask 7 0 R", 1200) << pdfa
                                << QByteArray("text would be lost");
+    QTest::newRow("a link that runs a script")
+        << documents::links("/MediaBox [0 0 200 200]", "/S /JavaScript /JS (app.beep\\(0\\))")
+        << pdfa << QByteArray("a forbidden action");
+    QTest::newRow("links on a turned page")
+        << documents::links("/Rotate 90 /MediaBox [0 0 200 200]") << pdfa
+        << QByteArray("links would be lost");
     QTest::newRow("a font that is not there")
         << withoutItsFont() << pdfa << QByteArray("does not bring its fonts along");
     QTest::newRow("unreadable") << documents::unreadableForGhostscript() << pdfa
@@ -209,6 +216,11 @@ void TestPdfa::texts_data()
     QTest::newRow("of the mark") << QByteArray("[ /Title (\xe5\xa0\xb1\\(1\\)) /DOCINFO pdfmark")
                                  << QByteArray("\xe5\xa0\xb1(1)");
     QTest::newRow("blank") << QByteArray("[ /Title ( ) /DOCINFO pdfmark") << QByteArray("");
+    QTest::newRow("line break") << QByteArray("[ /Title (a\\nb) /DOCINFO pdfmark")
+                                << QByteArray("a b");
+    QTest::newRow("no letter at all")
+        << QByteArray("[ /Title (a\xef\xbf\xbf z\xef\xbf\xbe) /DOCINFO pdfmark")
+        << QByteArray("a  z");
     QTest::newRow("none of the mark's")
         << QByteArray("[ /Creator ( ) \n /Producer ( ) \n /DOCINFO pdfmark")
         << QByteArray("Zo\xc3\xab");

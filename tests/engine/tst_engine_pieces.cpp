@@ -32,6 +32,8 @@ private slots:
     void xmpDate_data();
     void xmpDate();
     void xmpPacket();
+    void xml_data();
+    void xml();
     void utf8_data();
     void utf8();
     void factors_data();
@@ -130,7 +132,7 @@ void TestPieces::xmpDate()
 void TestPieces::xmpPacket()
 {
     engine::Description description;
-    description.title = "Zoë & <Co>\x01";
+    description.title = "Zoë & <Co> ";
     description.author = "A";
     description.created = "D:20240131235958Z";
     const auto packet = QString::fromStdString(engine::xmpPacket(description, false));
@@ -144,6 +146,27 @@ void TestPieces::xmpPacket()
     const auto claim = QString::fromStdString(engine::xmpPacket({}, true));
     QVERIFY(claim.contains("<pdfaid:part>1</pdfaid:part>"_L1));
     QVERIFY(claim.contains("<pdfaid:conformance>B</pdfaid:conformance>"_L1));
+}
+
+void TestPieces::xml_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QByteArray>("expected");
+    QTest::newRow("plain") << QByteArray("Zo\xc3\xab & Co") << QByteArray("Zo\xc3\xab & Co");
+    QTest::newRow("controls") << QByteArray("a\n\t\x1b\x7f"
+                                            "b")
+                              << QByteArray("a    b");
+    QTest::newRow("half a pair") << QByteArray("a\xed\xa0\x80z") << QByteArray("a z");
+    QTest::newRow("before the pairs") << QByteArray("\xed\x9f\xbf") << QByteArray("\xed\x9f\xbf");
+    QTest::newRow("no letters") << QByteArray("\xef\xbf\xbe\xef\xbf\xbf") << QByteArray("  ");
+    QTest::newRow("one before") << QByteArray("\xef\xbf\xbd") << QByteArray("\xef\xbf\xbd");
+    QTest::newRow("nothing") << QByteArray("") << QByteArray("");
+}
+
+void TestPieces::xml()
+{
+    QFETCH(QByteArray, text);
+    QTEST(QByteArray::fromStdString(engine::writableInXml(text.toStdString())), "expected");
 }
 
 void TestPieces::utf8_data()

@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QRandomGenerator>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -21,6 +22,9 @@ private slots:
     void objectStreamsOnlyIfTheyMustBe();
     void repairedEvenIfLarger();
     void formKeepsItsFields();
+    void oddFormKeepsItsFields_data();
+    void oddFormKeepsItsFields();
+    void ownEntriesStay();
     void formWithPassword();
     void formWithDescription();
     void doubted();
@@ -28,12 +32,15 @@ private slots:
     void pagesAreNotTurned();
     void attachmentStays();
     void linksStay();
+    void destinationsStay();
     void lettersStay();
     void textInUtf8();
     void scanKeepsItsStream();
     void resampledScanIsGhostscripts();
     void jbig2_data();
     void jbig2();
+    void whatIsBilevel_data();
+    void whatIsBilevel();
 
 private:
     struct Copies
@@ -137,6 +144,47 @@ void TestPromises::formKeepsItsFields()
     QVERIFY(syntax.contains("/T (name)"));
     QVERIFY(syntax.contains("/V (Zoe)"));
     QVERIFY(syntax.contains("/AcroForm"));
+}
+
+// What is odd about a document is no reason to take its fields away.
+void TestPromises::oddFormKeepsItsFields_data()
+{
+    QTest::addColumn<QByteArray>("entry");
+    QTest::addColumn<QByteArray>("object");
+    QTest::newRow("an empty stream")
+        << QByteArray("/Odd 8 0 R") << pdfStream("/Filter /FlateDecode", {});
+    QTest::newRow("a stream that breaks off")
+        << QByteArray("/Odd 8 0 R")
+        << pdfStream("/Filter /FlateDecode", QByteArray::fromHex("789c4b4c4a"));
+    QTest::newRow("one nobody refers to")
+        << QByteArray() << pdfStream("/Filter /FlateDecode", QByteArray::fromHex("789c4b4c4a"));
+    QTest::newRow("a key twice") << QByteArray("/Odd 1 /Odd 2") << QByteArray("null");
+}
+
+void TestPromises::oddFormKeepsItsFields()
+{
+    QFETCH(QByteArray, entry);
+    QFETCH(QByteArray, object);
+    const Bench bench;
+    const Copies copy = copyOf(bench, documents::form({object}, entry));
+    QCOMPARE(copy.run.status, 0);
+    const QByteArray content = contentOf(copy.path);
+    QVERIFY(content.contains("/AcroForm"));
+    QVERIFY(content.contains("(name)"));
+}
+
+void TestPromises::ownEntriesStay()
+{
+    const QByteArray original =
+        documents::form({"<< /Company (Parish) /Title (Old) >>"}, {}, "/Info 8 0 R");
+    const Bench bench;
+    const Copies copy = copyOf(bench, original);
+    QVERIFY(plainSyntax(copy.path).contains("/Company (Parish)"));
+    QVERIFY(plainSyntax(copy.path).contains("/Title (Old)"));
+    const Bench other;
+    const Copies described = copyOf(other, original, {}, "[ /Title (New) /DOCINFO pdfmark");
+    QVERIFY(plainSyntax(described.path).contains("/Company (Parish)"));
+    QVERIFY(plainSyntax(described.path).contains("/Title (New)"));
 }
 
 void TestPromises::formWithPassword()
@@ -244,6 +292,17 @@ void TestPromises::lettersStay()
     QVERIFY(copy.size < QFileInfo(bench.in(u"a.pdf"_s)).size() / 2);
 }
 
+// The numbers of a destination are those of its page, which Ghostscript moves.
+void TestPromises::destinationsStay()
+{
+    const Bench bench;
+    const Copies copy = copyOf(bench, documents::links("/MediaBox [50 50 250 250]"));
+    QCOMPARE(copy.run.status, 0);
+    const QByteArray info = outputOf(u"pdfinfo"_s, {u"-box"_s, copy.path});
+    QVERIFY2(info.contains("50.00    50.00   250.00   250.00"), info);
+    QVERIFY(plainSyntax(copy.path).simplified().contains("/XYZ 60 200 0 ]"));
+}
+
 // The window hands over the bytes of the locale.
 void TestPromises::textInUtf8()
 {
@@ -316,6 +375,53 @@ void TestPromises::jbig2()
     outputOf(u"pdfimages"_s,
              opened + QStringList{u"-png"_s, bench.out(u"a.pdf"_s), bench.home(u"out"_s)});
     QCOMPARE(contentOf(bench.home(u"out-000.png"_s)), contentOf(bench.home(u"in-000.png"_s)));
+}
+
+// One bit for each of several colours is no bilevel image; a stencil is one.
+void TestPromises::whatIsBilevel_data()
+{
+    QTest::addColumn<QByteArray>("entries");
+    QTest::addColumn<int>("bytes");
+    QTest::addColumn<bool>("bilevel");
+    QTest::newRow("gray") << QByteArray("/BitsPerComponent 1 /ColorSpace /DeviceGray") << 20000
+                          << true;
+    QTest::newRow("stencil") << QByteArray("/ImageMask true") << 20000 << true;
+    QTest::newRow("RGB") << QByteArray("/BitsPerComponent 1 /ColorSpace /DeviceRGB") << 60000
+                         << false;
+    QTest::newRow("CMYK") << QByteArray("/BitsPerComponent 1 /ColorSpace /DeviceCMYK") << 80000
+                          << false;
+}
+
+void TestPromises::whatIsBilevel()
+{
+    QFETCH(QByteArray, entries);
+    QFETCH(int, bytes);
+    QFETCH(bool, bilevel);
+    QRandomGenerator random(1);
+    QByteArray samples;
+    for (int place = 0; place < bytes; ++place)
+        samples += char(random.bounded(256) & random.bounded(256));
+    documents::Parts parts;
+    parts.content = "q 144 0 0 144 0 0 cm /I Do Q";
+    parts.resources = "/XObject << /I 6 0 R >>";
+    parts.objects = {pdfStream("/Type /XObject /Subtype /Image /Width 400 /Height 400"
+                               " /Filter [/ASCIIHexDecode /ASCIIHexDecode] " +
+                                   entries,
+                               samples.toHex().toHex())};
+    const Bench bench;
+    write(bench.in(u"a.pdf"_s), documents::withParts(parts));
+    QStringList line = Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s));
+    line.replaceInStrings(u"-dMonoImageFilter=/FlateEncode"_s, u"-dMonoImageFilter=/JBIG2Encode"_s);
+    QCOMPARE(bench.run(line).status, 0);
+    const QByteArray images = outputOf(u"pdfimages"_s, {u"-list"_s, bench.out(u"a.pdf"_s)});
+    QCOMPARE(images.contains(" jbig2 "), bilevel);
+    const auto drawn = [](const QString &path) {
+        return outputOf(u"pdftoppm"_s, {u"-r"_s, u"60"_s, u"-png"_s, path});
+    };
+    line.replaceInStrings(u"-dMonoImageFilter=/JBIG2Encode"_s, u"-dMonoImageFilter=/FlateEncode"_s);
+    line.replaceInStrings(bench.out(u"a.pdf"_s), bench.out(u"plain.pdf"_s));
+    (void)bench.run(line, Bench::ghostscript());
+    QCOMPARE(drawn(bench.out(u"a.pdf"_s)), drawn(bench.out(u"plain.pdf"_s)));
 }
 
 QTEST_GUILESS_MAIN(TestPromises)

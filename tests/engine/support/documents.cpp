@@ -47,25 +47,30 @@ QByteArray withParts(const Parts &parts)
         .replace("trailer << ", "trailer << " + parts.trailer + ' ');
 }
 
-QByteArray form()
+QByteArray form(const QList<QByteArray> &moreObjects, const QByteArray &catalogue,
+                const QByteArray &trailer)
 {
     Parts parts;
+    parts.trailer = trailer;
     parts.catalogue =
-        "/AcroForm << /Fields [6 0 R] /DA (/F 12 Tf) /DR << /Font << /F 5 0 R >> >> >>";
+        catalogue +
+        " /AcroForm << /Fields [6 0 R] /DA (/F 12 Tf) /DR << /Font << /F 5 0 R >> >> >>";
     parts.page = "/Annots [6 0 R]";
     parts.objects = {"<< /Type /Annot /Subtype /Widget /FT /Tx /T (name) /V (Zoe) /F 4 /P 3 0 R"
                      " /Rect [20 20 120 40] /DA (/F 12 Tf) /AP << /N 7 0 R >> >>",
                      pdfStream("/Type /XObject /Subtype /Form /BBox [0 0 100 20]"
                                " /Resources << /Font << /F 5 0 R >> >>",
                                "BT /F 12 Tf 2 5 Td (Zoe) Tj ET")};
+    parts.objects += moreObjects;
     return withParts(parts);
 }
 
-QByteArray links()
+QByteArray links(const QByteArray &box, const QByteArray &action)
 {
-    const QByteArray page = "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 200 200] /Contents 5 0 R"
+    const QByteArray page = "<< /Type /Page /Parent 2 0 R " + box +
+                            " /Contents 5 0 R"
                             " /Resources << /Font << /F 6 0 R >> >> ";
-    return pdfOf({"<< /Type /Catalog /Pages 2 0 R /Dests << /end [4 0 R /XYZ 0 200 0] >> >>",
+    return pdfOf({"<< /Type /Catalog /Pages 2 0 R /Dests << /end [4 0 R /XYZ 60 200 0] >> >>",
                   "<< /Type /Pages /Count 2 /Kids [3 0 R 4 0 R] >>",
                   page + "/Annots [7 0 R 8 0 R] >>", page + ">>",
                   pdfStream({}, "BT /F 12 Tf 20 160 Td (A line of text) Tj ET"),
@@ -73,7 +78,8 @@ QByteArray links()
                   "<< /Type /Annot /Subtype /Link /Rect [10 10 90 30] /Border [0 0 0]"
                   " /A << /S /GoTo /D /end >> >>",
                   "<< /Type /Annot /Subtype /Link /Rect [10 40 90 60] /Border [0 0 0]"
-                  " /A << /S /URI /URI (https://example.org/) >> >>"});
+                  " /A << " +
+                      action + " >> >>"});
 }
 
 QByteArray upright()

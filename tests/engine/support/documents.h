@@ -20,11 +20,13 @@ struct Parts
 };
 QByteArray withParts(const Parts &parts);
 
-/// A form with one text field, named "name", that holds "Zoe".
-QByteArray form();
+/// A form with one text field, named "name", that holds "Zoe". More objects are numbered from 8.
+QByteArray form(const QList<QByteArray> &moreObjects = {}, const QByteArray &catalogue = {},
+                const QByteArray &trailer = {});
 
-/// Two pages: on the first a link to the second, and one to https://example.org/.
-QByteArray links();
+/// Two pages: on the first a link to a place on the second, and one with the given action.
+QByteArray links(const QByteArray &box = "/MediaBox [0 0 200 200]",
+                 const QByteArray &action = "/S /URI /URI (https://example.org/)");
 
 /// A page of text that runs from bottom to top, which Ghostscript turns if nobody keeps it from it.
 QByteArray upright();

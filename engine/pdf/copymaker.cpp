@@ -95,7 +95,7 @@ std::string CopyMaker::makePdfa()
     if (!m_objection.empty())
         return m_objection;
     QPDF &copy = m_interpretation->pdf();
-    const std::string objection = claimObjection(copy);
+    std::string objection = claimObjection(copy);
     if (!objection.empty())
         return objection;
     settlePdfa(copy);

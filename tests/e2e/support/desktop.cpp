@@ -130,8 +130,9 @@ QList<xcb_window_t> Desktop::windowList(xcb_window_t window, const char *name) c
 {
     const QByteArray value = property(window, name);
     QList<xcb_window_t> list(value.size() / qsizetype(sizeof(xcb_window_t)));
-    std::memcpy(list.data(), value.constData(),
-                static_cast<std::size_t>(list.size()) * sizeof(xcb_window_t));
+    if (!list.isEmpty())
+        std::memcpy(list.data(), value.constData(),
+                    static_cast<std::size_t>(list.size()) * sizeof(xcb_window_t));
     return list;
 }
 

@@ -7,6 +7,35 @@
 
 namespace engine {
 
+namespace {
+
+struct PageTree
+{
+    long long pages = 0;
+    bool sound = true; ///< the counts were right
+};
+
+// Viewers find their way by the counts, libqpdf by the nodes alone. For a tree that libqpdf has
+// walked to its end.
+PageTree mendedBelow(QPDFObjectHandle node)
+{
+    if (!node.hasKey("/Kids"))
+        return {1};
+    PageTree tree;
+    for (const auto &kid : node.getKey("/Kids").aitems()) {
+        const PageTree below = mendedBelow(kid);
+        tree.pages += below.pages;
+        tree.sound = tree.sound && below.sound;
+    }
+    QPDFObjectHandle count = node.getKey("/Count");
+    if (count.isInteger() && count.getIntValue() == tree.pages)
+        return tree;
+    node.replaceKey("/Count", QPDFObjectHandle::newInteger(tree.pages));
+    return {tree.pages, false};
+}
+
+} // namespace
+
 void Document::Close::operator()(FILE *stream) const
 {
     std::fclose(stream);
@@ -27,7 +56,10 @@ Document::Document(int file, const std::string &password, Trust trust)
 int Document::pages()
 {
     try {
-        return int(m_pdf->getAllPages().size());
+        const int pages = int(m_pdf->getAllPages().size());
+        if (m_trust == Trust::Foreign)
+            m_sound = mendedBelow(m_pdf->getRoot().getKey("/Pages")).sound && m_sound;
+        return pages;
     } catch (const std::exception &) {
         if (m_trust == Trust::Own)
             throw;

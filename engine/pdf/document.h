@@ -21,7 +21,8 @@ public:
 
     QPDF &pdf() { return *m_pdf; }
 
-    /// The number of pages. One that can't be walked to its end (Foreign) has as many as it claims.
+    /// The number of pages. One that can't be walked to its end (Foreign) has as many as it claims;
+    /// where the walk finds a count that is wrong (Foreign), it is put right.
     int pages();
 
     /// Whether everything that was read so far is in order.

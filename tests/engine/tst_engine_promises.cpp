@@ -24,6 +24,8 @@ private slots:
     void formKeepsItsFields();
     void oddFormKeepsItsFields_data();
     void oddFormKeepsItsFields();
+    void wrongCountIsMended_data();
+    void wrongCountIsMended();
     void ownEntriesStay();
     void formWithPassword();
     void formWithDescription();
@@ -171,6 +173,25 @@ void TestPromises::oddFormKeepsItsFields()
     const QByteArray content = contentOf(copy.path);
     QVERIFY(content.contains("/AcroForm"));
     QVERIFY(content.contains("(name)"));
+}
+
+// Viewers show as many pages as the page tree claims.
+void TestPromises::wrongCountIsMended_data()
+{
+    QTest::addColumn<QByteArray>("count");
+    for (const char *count : {"-1", "0 ", "7 "})
+        QTest::newRow(count) << QByteArray(count);
+}
+
+void TestPromises::wrongCountIsMended()
+{
+    QFETCH(QByteArray, count);
+    const Bench bench;
+    const Copies copy =
+        copyOf(bench, documents::form().replace("/Count 1 ", "/Count " + count));
+    QCOMPARE(copy.run.status, 0);
+    QCOMPARE(pagesOf(copy.path), 1);
+    QVERIFY(plainSyntax(copy.path).contains("/T (name)"));
 }
 
 void TestPromises::ownEntriesStay()

@@ -12,6 +12,7 @@
 #include "pdfa.h"
 #include "recompression.h"
 #include "texts.h"
+#include "viewing.h"
 
 #include <memory>
 
@@ -121,6 +122,7 @@ std::string CopyMaker::lossOfPdfa()
         return "it does not bring its fonts along";
     if (attachmentsOf(original) > 0)
         return "it has an attachment";
+    restoreViewing(copy, original);
     restoreLinks(copy, original, true);
     restoreLetters(copy, original);
     if (linksOf(copy) < linksOf(original) || misleadsLinks(copy, original))
@@ -136,6 +138,7 @@ bool CopyMaker::losesNothing()
     QPDF &original = m_document->pdf();
     QPDF &copy = m_interpretation->pdf();
     try {
+        restoreViewing(copy, original);
         restoreLinks(copy, original, false);
         return restoreLetters(copy, original) && !misleadsLinks(copy, original) &&
                lossOf(original, copy).empty();

@@ -1,4 +1,4 @@
-// corvgs is killed at any moment of its run: by a signal that it can't catch, and by one that it can.
+// corvgs is killed at any moment of its run: by a signal that it can't catch, by one that it can.
 #include "bench.h"
 #include "samples.h"
 

@@ -34,6 +34,7 @@ private slots:
     void pagesAreNotTurned();
     void attachmentStays();
     void linksStay();
+    void whatIsAskedOfViewersStays();
     void destinationsStay();
     void lettersStay();
     void textInUtf8();
@@ -187,8 +188,7 @@ void TestPromises::wrongCountIsMended()
 {
     QFETCH(QByteArray, count);
     const Bench bench;
-    const Copies copy =
-        copyOf(bench, documents::form().replace("/Count 1 ", "/Count " + count));
+    const Copies copy = copyOf(bench, documents::form().replace("/Count 1 ", "/Count " + count));
     QCOMPARE(copy.run.status, 0);
     QCOMPARE(pagesOf(copy.path), 1);
     QVERIFY(plainSyntax(copy.path).contains("/T (name)"));
@@ -298,6 +298,22 @@ void TestPromises::linksStay()
     const QByteArray syntax = plainSyntax(copy.path);
     QCOMPARE(syntax.count("/Subtype /Link"), 2);
     QVERIFY(syntax.contains("(https://example.org/)"));
+}
+
+void TestPromises::whatIsAskedOfViewersStays()
+{
+    documents::Parts parts;
+    parts.content = QByteArray("0 0 m 9 9 l S ").repeated(2000);
+    parts.catalogue = "/Lang (ar) /PageLayout /TwoColumnRight /PageMode /UseThumbs "
+                      "/ViewerPreferences << /Direction /R2L /Duplex /Simplex >> "
+                      "/PageLabels << /Nums [0 << /S /r >>] >>";
+    const Bench bench;
+    const QByteArray syntax =
+        plainSyntax(copyOf(bench, documents::withParts(parts)).path).simplified();
+    QVERIFY(syntax.contains("/Producer (GPL Ghostscript"));
+    for (const char *entry : {"/Lang (ar)", "/PageLayout /TwoColumnRight", "/PageMode /UseThumbs",
+                              "/Direction /R2L", "/Duplex /Simplex", "/Nums [ 0 << /S /r >>"})
+        QVERIFY2(syntax.contains(entry), entry);
 }
 
 void TestPromises::lettersStay()

@@ -1,5 +1,6 @@
 #include "losses.h"
 
+#include <algorithm>
 #include <qpdf/QPDFEmbeddedFileDocumentHelper.hh>
 #include <qpdf/QPDFOutlineDocumentHelper.hh>
 #include <qpdf/QPDFPageDocumentHelper.hh>
@@ -35,6 +36,22 @@ std::size_t formFields(QPDF &document)
     return annotations(document, "/Widget");
 }
 
+// What the document opens with is all that Ghostscript draws.
+std::size_t hiddenLayers(QPDF &document)
+{
+    QPDFObjectHandle layers = document.getRoot().getKey("/OCProperties");
+    if (!layers.isDictionary() || !layers.getKey("/D").isDictionary())
+        return 0;
+    QPDFObjectHandle state = layers.getKey("/D");
+    const auto count = [](QPDFObjectHandle list) {
+        return list.isArray() ? std::size_t(list.getArrayNItems()) : 0;
+    };
+    if (!state.getKey("/BaseState").isNameAndEquals("/OFF"))
+        return count(state.getKey("/OFF"));
+    const std::size_t all = count(layers.getKey("/OCGs"));
+    return all - std::min(all, count(state.getKey("/ON")));
+}
+
 struct Kind
 {
     const char *name;
@@ -42,10 +59,9 @@ struct Kind
 };
 
 constexpr Kind kinds[] = {
-    {"form fields", formFields},
-    {"links", linksOf},
-    {"outline entries", outlineEntries},
-    {"attachments", attachmentsOf},
+    {"form fields", formFields},         {"links", linksOf},
+    {"outline entries", outlineEntries}, {"attachments", attachmentsOf},
+    {"hidden layers", hiddenLayers},
 };
 
 } // namespace

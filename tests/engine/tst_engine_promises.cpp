@@ -33,6 +33,8 @@ private slots:
     void doubtedAndDamaged();
     void pagesAreNotTurned();
     void attachmentStays();
+    void hiddenLayersStay_data();
+    void hiddenLayersStay();
     void linksStay();
     void whatIsAskedOfViewersStays();
     void destinationsStay();
@@ -289,6 +291,32 @@ void TestPromises::attachmentStays()
     const Copies copy = copyOf(bench, original);
     QCOMPARE(outputOf(u"qpdf"_s, {u"--show-attachment=table.csv"_s, copy.path}),
              QByteArray("a;b\n1;2\n"));
+}
+
+void TestPromises::hiddenLayersStay_data()
+{
+    QTest::addColumn<QByteArray>("state");
+    QTest::addColumn<bool>("hidden");
+    QTest::newRow("off") << QByteArray("/OFF [6 0 R]") << true;
+    QTest::newRow("off unless on") << QByteArray("/BaseState /OFF") << true;
+    QTest::newRow("on") << QByteArray("/BaseState /OFF /ON [6 0 R]") << false;
+    QTest::newRow("on as well") << QByteArray("/OFF []") << false;
+}
+
+// One that is shown is drawn into its page.
+void TestPromises::hiddenLayersStay()
+{
+    QFETCH(QByteArray, state);
+    QFETCH(bool, hidden);
+    documents::Parts parts;
+    parts.content = "/OC /L BDC " + QByteArray("0 0 m 9 9 l S ").repeated(2000) + "EMC";
+    parts.resources = "/Properties << /L 6 0 R >>";
+    parts.catalogue = "/OCProperties << /OCGs [6 0 R] /D << " + state + " >> >>";
+    parts.objects = {"<< /Type /OCG /Name (Plan) >>"};
+    const Bench bench;
+    const QByteArray syntax = plainSyntax(copyOf(bench, documents::withParts(parts)).path);
+    QVERIFY(syntax.count("0 0 m") > 0);
+    QCOMPARE(syntax.contains("/OCG"), hidden);
 }
 
 void TestPromises::linksStay()

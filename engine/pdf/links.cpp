@@ -74,25 +74,17 @@ public:
                             !isSamePlane(m_pages[index], m_copyPages[index]));
         if (std::find(moved.begin(), moved.end(), true) == moved.end())
             return false;
-        const auto objects = reachableObjects(m_original);
-        return std::any_of(objects.begin(), objects.end(),
-                           [&](const Object &object) { return namesMovedPlace(object, moved); });
+        const auto holders = reachableDictionaries(m_original);
+        return std::any_of(holders.begin(), holders.end(),
+                           [&](Object holder) { return namesMovedPlace(holder, moved); });
     }
 
 private:
     // Links, outline entries and actions all keep their destination under one of two keys.
-    bool namesMovedPlace(Object object, const std::vector<bool> &moved)
+    bool namesMovedPlace(Object holder, const std::vector<bool> &moved)
     {
-        if (!object.isDictionary())
-            return false;
-        Object action = object.getKey("/A");
-        for (const Object &holder : {object, action.isDictionary() ? action : object}) {
-            for (const char *key : {"/Dest", "/D"}) {
-                if (isMovedPlace(Object(holder).getKey(key), moved))
-                    return true;
-            }
-        }
-        return false;
+        return isMovedPlace(holder.getKey("/Dest"), moved) ||
+               isMovedPlace(holder.getKey("/D"), moved);
     }
 
     bool isMovedPlace(Object destination, const std::vector<bool> &moved)

@@ -204,24 +204,21 @@ std::string brokenPdfaRule(QPDF &document)
 
 bool needsForeignFonts(QPDF &original)
 {
-    const auto objects = reachableObjects(original);
-    return std::any_of(objects.begin(), objects.end(), [](Object object) {
-        return object.isDictionary() &&
-               is(object, "/Subtype", {"/CIDFontType0", "/CIDFontType2"}) &&
-               isUnembeddedFont(object);
+    const auto dictionaries = reachableDictionaries(original);
+    return std::any_of(dictionaries.begin(), dictionaries.end(), [](Object dictionary) {
+        return is(dictionary, "/Subtype", {"/CIDFontType0", "/CIDFontType2"}) &&
+               isUnembeddedFont(dictionary);
     });
 }
 
 void settlePdfa(QPDF &document)
 {
-    for (Object object : reachableObjects(document)) {
-        if (!object.isDictionary())
-            continue;
-        if (is(object, "/Subtype", {"/Type3"}) && object.getKey("/Encoding").isDictionary())
-            object.getKey("/Encoding").removeKey("/BaseEncoding");
-        if (object.hasKey("/Rect") && object.getKey("/AP").isDictionary()) {
-            object.getKey("/AP").removeKey("/D");
-            object.getKey("/AP").removeKey("/R");
+    for (Object dictionary : reachableDictionaries(document)) {
+        if (is(dictionary, "/Subtype", {"/Type3"}) && dictionary.getKey("/Encoding").isDictionary())
+            dictionary.getKey("/Encoding").removeKey("/BaseEncoding");
+        if (dictionary.hasKey("/Rect") && dictionary.getKey("/AP").isDictionary()) {
+            dictionary.getKey("/AP").removeKey("/D");
+            dictionary.getKey("/AP").removeKey("/R");
         }
     }
 }

@@ -121,12 +121,12 @@ using Fonts = std::vector<Font>;
 std::map<std::string, Fonts> fontsWithLetters(QPDF &document)
 {
     std::map<std::string, Fonts> fonts;
-    for (QPDFObjectHandle object : reachableObjects(document)) {
-        if (!object.isDictionary() || !object.getKey("/Type").isNameAndEquals("/Font") ||
-            !object.getKey("/ToUnicode").isStream())
+    for (QPDFObjectHandle dictionary : reachableDictionaries(document)) {
+        if (!dictionary.getKey("/Type").isNameAndEquals("/Font") ||
+            !dictionary.getKey("/ToUnicode").isStream())
             continue;
-        const auto cmap = decodedBytesOf(object.getKey("/ToUnicode"));
-        fonts[nameOf(object)].push_back({object, lettersOfCodes(cmap.value_or(""))});
+        const auto cmap = decodedBytesOf(dictionary.getKey("/ToUnicode"));
+        fonts[nameOf(dictionary)].push_back({dictionary, lettersOfCodes(cmap.value_or(""))});
     }
     return fonts;
 }

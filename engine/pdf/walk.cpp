@@ -1,5 +1,6 @@
 #include "walk.h"
 
+#include <functional>
 #include <qpdf/QPDFObjectHandle.hh>
 #include <qpdf/QPDFPageDocumentHelper.hh>
 #include <set>
@@ -59,24 +60,41 @@ void pushChildren(QPDFObjectHandle object, std::vector<QPDFObjectHandle> &waitin
         waiting.push_back(value);
 }
 
+// Visits what leads from the trailer to the last page, objects with a number of their own once.
+void walk(QPDF &document, const std::function<void(QPDFObjectHandle)> &visit)
+{
+    std::set<QPDFObjGen> seen;
+    std::vector<QPDFObjectHandle> waiting = {document.getTrailer()};
+    while (!waiting.empty()) {
+        const QPDFObjectHandle object = waiting.back();
+        waiting.pop_back();
+        if (object.isIndirect() && !seen.insert(object.getObjGen()).second)
+            continue;
+        visit(object);
+        pushChildren(object, waiting);
+    }
+}
+
 } // namespace
 
 std::vector<QPDFObjectHandle> reachableObjects(QPDF &document)
 {
     std::vector<QPDFObjectHandle> objects;
-    std::set<QPDFObjGen> seen;
-    std::vector<QPDFObjectHandle> waiting = {document.getTrailer()};
-    while (!waiting.empty()) {
-        QPDFObjectHandle object = waiting.back();
-        waiting.pop_back();
-        if (object.isIndirect()) {
-            if (!seen.insert(object.getObjGen()).second)
-                continue;
+    walk(document, [&](QPDFObjectHandle object) {
+        if (object.isIndirect())
             objects.push_back(object);
-        }
-        pushChildren(object, waiting);
-    }
+    });
     return objects;
+}
+
+std::vector<QPDFObjectHandle> reachableDictionaries(QPDF &document)
+{
+    std::vector<QPDFObjectHandle> dictionaries;
+    walk(document, [&](QPDFObjectHandle object) {
+        if (object.isDictionary() || object.isStream())
+            dictionaries.push_back(object.isStream() ? object.getDict() : object);
+    });
+    return dictionaries;
 }
 
 std::vector<QPDFObjectHandle> drawnObjects(QPDF &document)

@@ -9,6 +9,9 @@ namespace engine {
 /// document may hold others, which nobody reads and no copy gets.
 std::vector<QPDFObjectHandle> reachableObjects(QPDF &document);
 
+/// The dictionaries on the same way, those of streams and those without a number among them.
+std::vector<QPDFObjectHandle> reachableDictionaries(QPDF &document);
+
 /// The images, stencil masks among them, and the forms that the pages draw, in the order of the
 /// pages, each once.
 std::vector<QPDFObjectHandle> drawnObjects(QPDF &document);

@@ -56,16 +56,18 @@ QByteArray withImage(const QByteArray &entries, int bytes)
     return documents::withParts(parts);
 }
 
-QByteArray withoutItsFont()
+QByteArray withoutItsFont(bool numbered)
 {
+    const QByteArray font = "<< /Type /Font /Subtype /CIDFontType0 /BaseFont /Song /CIDSystemInfo"
+                            " << /Registry (Adobe) /Ordering (Japan1) /Supplement 2 >>"
+                            " /FontDescriptor 8 0 R >>";
     documents::Parts parts;
     parts.resources = "/X 0";
     parts.content = "BT /C 12 Tf 20 100 Td <00410042> Tj ET";
     parts.objects = {"<< /Type /Font /Subtype /Type0 /BaseFont /Song /Encoding /Identity-H"
-                     " /DescendantFonts [7 0 R] >>",
-                     "<< /Type /Font /Subtype /CIDFontType0 /BaseFont /Song /CIDSystemInfo"
-                     " << /Registry (Adobe) /Ordering (Japan1) /Supplement 2 >> /FontDescriptor"
-                     " 8 0 R >>",
+                     " /DescendantFonts [" +
+                         (numbered ? "7 0 R" : font) + "] >>",
+                     font,
                      "<< /Type /FontDescriptor /FontName /Song /Flags 4 /FontBBox [0 0 1000 1000]"
                      " /ItalicAngle 0 /Ascent 800 /Descent -200 /CapHeight 700 /StemV 80 >>"};
     return documents::withParts(parts).replace("/F 5 0 R >> /X 0", "/F 5 0 R /C 6 0 R >>");
@@ -174,7 +176,9 @@ void TestPdfa::refused_data()
         << documents::links("/Rotate 90 /MediaBox [0 0 200 200]") << pdfa
         << QByteArray("links would be lost");
     QTest::newRow("a font that is not there")
-        << withoutItsFont() << pdfa << QByteArray("does not bring its fonts along");
+        << withoutItsFont(true) << pdfa << QByteArray("does not bring its fonts along");
+    QTest::newRow("the same, within the font that uses it")
+        << withoutItsFont(false) << pdfa << QByteArray("does not bring its fonts along");
     QTest::newRow("unreadable") << documents::unreadableForGhostscript() << pdfa
                                 << QByteArray("could not open the document");
 }

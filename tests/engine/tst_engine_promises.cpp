@@ -37,6 +37,7 @@ private slots:
     void hiddenLayersStay();
     void linksStay();
     void whatIsAskedOfViewersStays();
+    void destinationsStay_data();
     void destinationsStay();
     void lettersStay();
     void textInUtf8();
@@ -357,11 +358,25 @@ void TestPromises::lettersStay()
     QVERIFY(copy.size < QFileInfo(bench.in(u"a.pdf"_s)).size() / 2);
 }
 
+void TestPromises::destinationsStay_data()
+{
+    QTest::addColumn<QByteArray>("original");
+    const QByteArray moved = "/MediaBox [50 50 250 250]";
+    QTest::newRow("links with a number") << documents::links(moved);
+    for (const char *target : {"/Dest /end", "/Dest [4 0 R /XYZ 60 200 0]", "/Dest [4 0 R /FitH 9]",
+                               "/A << /S /GoTo /D [4 0 R /XYZ 60 200 0] >>"}) {
+        const QByteArray link =
+            "<< /Type /Annot /Subtype /Link /Rect [60 60 90 90] /Border [0 0 0] ";
+        QTest::newRow(target) << documents::links(moved, {}, link + target + " >>");
+    }
+}
+
 // The numbers of a destination are those of its page, which Ghostscript moves.
 void TestPromises::destinationsStay()
 {
+    QFETCH(QByteArray, original);
     const Bench bench;
-    const Copies copy = copyOf(bench, documents::links("/MediaBox [50 50 250 250]"));
+    const Copies copy = copyOf(bench, original);
     QCOMPARE(copy.run.status, 0);
     const QByteArray info = outputOf(u"pdfinfo"_s, {u"-box"_s, copy.path});
     QVERIFY2(info.contains("50.00    50.00   250.00   250.00"), info);

@@ -65,18 +65,19 @@ QByteArray form(const QList<QByteArray> &moreObjects, const QByteArray &catalogu
     return withParts(parts);
 }
 
-QByteArray links(const QByteArray &box, const QByteArray &action)
+QByteArray links(const QByteArray &box, const QByteArray &action, const QByteArray &annotations)
 {
     const QByteArray page = "<< /Type /Page /Parent 2 0 R " + box +
                             " /Contents 5 0 R"
                             " /Resources << /Font << /F 6 0 R >> >> ";
     return pdfOf({"<< /Type /Catalog /Pages 2 0 R /Dests << /end [4 0 R /XYZ 60 200 0] >> >>",
                   "<< /Type /Pages /Count 2 /Kids [3 0 R 4 0 R] >>",
-                  page + "/Annots [7 0 R 8 0 R] >>", page + ">>",
-                  pdfStream({}, "BT /F 12 Tf 20 160 Td (A line of text) Tj ET"),
+                  page + "/Annots [" + annotations + "] >>", page + ">>",
+                  pdfStream({}, "BT /F 12 Tf 20 160 Td (A line of text) Tj ET " +
+                                    QByteArray("0 0 m 9 9 l S ").repeated(1000)),
                   "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica >>",
                   "<< /Type /Annot /Subtype /Link /Rect [10 10 90 30] /Border [0 0 0]"
-                  " /A << /S /GoTo /D /end >> >>",
+                  " /Dest /end >>",
                   "<< /Type /Annot /Subtype /Link /Rect [10 40 90 60] /Border [0 0 0]"
                   " /A << " +
                       action + " >> >>"});

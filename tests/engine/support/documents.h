@@ -24,9 +24,11 @@ QByteArray withParts(const Parts &parts);
 QByteArray form(const QList<QByteArray> &moreObjects = {}, const QByteArray &catalogue = {},
                 const QByteArray &trailer = {});
 
-/// Two pages: on the first a link to a place on the second, and one with the given action.
+/// Two pages: on the first a link to a place on the second, and one with the given action, or
+/// others. Much is drawn, so that Ghostscript makes them smaller.
 QByteArray links(const QByteArray &box = "/MediaBox [0 0 200 200]",
-                 const QByteArray &action = "/S /URI /URI (https://example.org/)");
+                 const QByteArray &action = "/S /URI /URI (https://example.org/)",
+                 const QByteArray &annotations = "7 0 R 8 0 R");
 
 /// A page of text that runs from bottom to top, which Ghostscript turns if nobody keeps it from it.
 QByteArray upright();

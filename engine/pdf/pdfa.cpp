@@ -170,11 +170,13 @@ bool hasTooLargeNumbers(Object content)
 
 bool drawsWithTooLargeNumbers(Object object)
 {
-    if (is(object.isStream() ? object.getDict() : object, "/Type", {"/Page"}))
-        return hasTooLargeNumbers(object.getKey("/Contents"));
     if (object.isStream())
         return is(object.getDict(), "/Subtype", {"/Form"}) && hasTooLargeNumbers(object);
-    Object glyphs = object.isDictionary() ? object.getKey("/CharProcs") : Object::newNull();
+    if (!object.isDictionary())
+        return false;
+    if (is(object, "/Type", {"/Page"}))
+        return hasTooLargeNumbers(object.getKey("/Contents"));
+    Object glyphs = object.getKey("/CharProcs");
     if (!glyphs.isDictionary())
         return false;
     const auto programs = glyphs.getDictAsMap();

@@ -74,7 +74,9 @@ bool isOneOf(QPDFObjectHandle name, std::initializer_list<const char *> names)
 
 bool hasOneComponent(QPDFObjectHandle colourSpace)
 {
-    if (!colourSpace.isArray() || colourSpace.getArrayNItems() < 2)
+    if (colourSpace.isArray() && colourSpace.getArrayNItems() == 1)
+        colourSpace = colourSpace.getArrayItem(0);
+    if (!colourSpace.isArray() || colourSpace.getArrayNItems() == 0)
         return isOneOf(colourSpace, {"/DeviceGray", "/CalGray"});
     QPDFObjectHandle parameter = colourSpace.getArrayItem(1);
     if (colourSpace.getArrayItem(0).isNameAndEquals("/ICCBased")) {

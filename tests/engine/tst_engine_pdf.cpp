@@ -3,6 +3,7 @@
 #include "documents.h"
 #include "samples.h"
 
+#include "engine/pdf/bilevelbitmap.h"
 #include "engine/pdf/links.h"
 #include "engine/pdf/losses.h"
 #include "engine/pdf/pdfa.h"
@@ -88,6 +89,8 @@ private slots:
     void viewing();
     void lostText_data();
     void lostText();
+    void bilevel_data();
+    void bilevel();
     void drawnOnce();
     void drawnFarDown();
     void reachable();
@@ -341,6 +344,40 @@ void TestPdf::lostText()
     QCOMPARE(engine::losesText(before, blank), hasText);
     Parsed same(original);
     QVERIFY(!engine::losesText(before, same));
+}
+
+void TestPdf::bilevel_data()
+{
+    QTest::addColumn<QByteArray>("entries");
+    QTest::addColumn<bool>("is");
+    QTest::newRow("/ImageMask true") << QByteArray("/ImageMask true") << true;
+    QTest::newRow("/ImageMask false") << QByteArray("/ImageMask false") << false;
+    for (const char *space :
+         {"/DeviceGray", "/CalGray", "[/DeviceGray]", "[/CalGray << >>]", "[/ICCBased 7 0 R]",
+          "[/Indexed /DeviceRGB 1 <000000ffffff>]", "[/Separation /Black /DeviceGray 9 0 R]"})
+        QTest::newRow(space) << "/BitsPerComponent 1 /ColorSpace " + QByteArray(space) << true;
+    for (const char *space :
+         {"/DeviceRGB", "/DeviceCMYK", "[/DeviceRGB]", "[]", "[/ICCBased 8 0 R]", "[/ICCBased 7]",
+          "[/CalRGB << >>]", "[/DeviceN [/A /B] /DeviceRGB 9 0 R]", "null"})
+        QTest::newRow(space) << "/BitsPerComponent 1 /ColorSpace " + QByteArray(space) << false;
+    for (const char *bits : {"2", "8", "1.0", "/One"})
+        QTest::newRow(bits) << "/ColorSpace /DeviceGray /BitsPerComponent " + QByteArray(bits)
+                            << false;
+    const QByteArray gray = "/ColorSpace /DeviceGray /BitsPerComponent 1 ";
+    QTest::newRow("mask of colours") << gray + "/Mask [0 0]" << false;
+    QTest::newRow("mask of its own") << gray + "/Mask 7 0 R" << true;
+}
+
+void TestPdf::bilevel()
+{
+    QFETCH(QByteArray, entries);
+    QFETCH(bool, is);
+    const QList<QByteArray> objects = {formOf({}), formOf({}, "/Subtype /Image " + entries),
+                                       pdfStream("/N 1", {}), pdfStream("/N 3", {})};
+    Parsed document(showing({}, objects));
+    QCOMPARE(engine::isBilevelImage(document->getObject(6, 0)), is);
+    QVERIFY(!engine::isBilevelImage(document->getObject(5, 0)));
+    QVERIFY(!engine::isBilevelImage(document->getObject(3, 0)));
 }
 
 void TestPdf::drawnOnce()

@@ -16,7 +16,8 @@ struct EngineRun
 };
 
 /// The run as one line, for a splitter that breaks at blanks outside double quotes. Paths are
-/// quoted and not escaped, so a path that holds a double quote breaks the line: that run fails.
+/// quoted and not escaped, so a path that holds a double quote arrives without it, and in pieces at
+/// its blanks: that run fails, unless what is left names another file, which is then its input.
 QString commandLine(const EngineRun &run);
 
 /// The last argument of the line: the quoted path of the document information mark file behind a

@@ -368,11 +368,12 @@ int Process::nextRow() const
 }
 
 // An engine makes its output some moments after its start, so the file system alone doesn't know
-// the names that engines at work have been given.
+// the names that engines at work have been given. The folder may be spelt otherwise by now.
 bool Process::isTaken(const QString &path) const
 {
-    const auto writesIt = [&path](const EngineAtWork &engine) {
-        return engine.output == path && engine.process->state() != QProcess::NotRunning;
+    const auto writesIt = [place = QDir::cleanPath(path)](const EngineAtWork &engine) {
+        return QDir::cleanPath(engine.output) == place &&
+               engine.process->state() != QProcess::NotRunning;
     };
     return std::ranges::any_of(enginesatwork, writesIt) || core::fileSystemEntryExists(path);
 }

@@ -58,6 +58,8 @@ private slots:
     void outputBesideTheInput();
     void sameBaseNames();
     void sameBaseNamesSideBySide();
+    void sameOutputByAnotherSpelling();
+    void nameIsFreeAgainIfNothingCame();
     void existingFilesStay();
     void danglingLinkIsNotWrittenThrough();
     void progress();
@@ -66,11 +68,13 @@ private slots:
     void filesRemovedDuringTheRun();
     void verdictOfARemovedFileGoesNowhere();
     void removedFileLetsTheBatchPassOneOver();
+    void outputFolderIsTheCurrentOne();
     void clearedOutputFolderHaltsTheRun();
     void runWithTheTableEmptiedDuringTheRun();
     void runDuringTheRun();
     void missingEngineHaltsTheRun();
     void doubleQuoteInTheName();
+    void doubleQuotesThatLeaveAnotherPath();
     void hardNames_data();
     void hardNames();
     void closingTheWindowLetsTheEngineFinish();
@@ -78,6 +82,7 @@ private slots:
     void verdictsInASortedTable();
     void sortDuringTheRun_data();
     void sortDuringTheRun();
+    void engineProcessesStay();
     void descriptorsDoNotPileUp();
 
 private:
@@ -409,6 +414,33 @@ void TestBatch::sameBaseNamesSideBySide()
     QTRY_COMPARE_WITH_TIMEOUT(m_engine->endCount(), 2, bound);
 }
 
+// The folder's text may change between two files; the place it names is what counts.
+void TestBatch::sameOutputByAnotherSpelling()
+{
+    m_engine->behave({.bytes = -1, .gate = true});
+    list({"x.pdf", "sub/x.pdf"});
+    run();
+    QTRY_COMPARE_WITH_TIMEOUT(m_engine->startCount(), 1, bound);
+    folderEdit()->setText(m_sandbox->outputFolder() + '/');
+    run();
+    QTRY_COMPARE_WITH_TIMEOUT(m_engine->startCount(), 2, bound);
+    QVERIFY(
+        m_engine->starts()[1].contains("-sOutputFile=" + m_sandbox->outputFolder() + "//x0.pdf"));
+    m_window.reset();
+    m_engine->open();
+    m_engine->open();
+    QTRY_COMPARE_WITH_TIMEOUT(m_engine->endCount(), 2, bound);
+}
+
+void TestBatch::nameIsFreeAgainIfNothingCame()
+{
+    m_engine->behave({.bytes = -1});
+    list({"x.pdf", "sub/x.pdf"});
+    runToTheEnd();
+    QCOMPARE(verdictsByRow(), QStringList({failed, failed}));
+    QVERIFY(m_engine->starts()[1].contains("-sOutputFile=" + m_sandbox->outputPath("x.pdf")));
+}
+
 void TestBatch::existingFilesStay()
 {
     writeFile(m_sandbox->outputPath("a.pdf"), 123);
@@ -517,6 +549,22 @@ void TestBatch::removedFileLetsTheBatchPassOneOver()
     QCOMPARE(verdictsByRow(), QStringList({succeed, none, succeed}));
 }
 
+void TestBatch::outputFolderIsTheCurrentOne()
+{
+    m_engine->behave({.gate = true});
+    list({"a.pdf", "b.pdf"});
+    run();
+    QTRY_COMPARE_WITH_TIMEOUT(m_engine->startCount(), 1, bound);
+    folderEdit()->setText(m_sandbox->inputFolder());
+    m_engine->open();
+    QTRY_COMPARE_WITH_TIMEOUT(m_engine->startCount(), 2, bound);
+    m_engine->open();
+    QTRY_VERIFY_WITH_TIMEOUT(isIdle(), bound);
+    QCOMPARE(verdictsByRow(), QStringList({succeed, succeed}));
+    QCOMPARE(m_sandbox->outputs(), QStringList({"a.pdf"}));
+    QVERIFY(QFile::exists(m_sandbox->inputFolder() + "/b0.pdf"));
+}
+
 void TestBatch::clearedOutputFolderHaltsTheRun()
 {
     m_engine->behave({.gate = true});
@@ -618,6 +666,17 @@ void TestBatch::doubleQuoteInTheName()
     const QStringList first = m_engine->starts().constFirst();
     QVERIFY(!first.contains(m_sandbox->inputFolder() + "/a \"b\" c.pdf"));
     QVERIFY(QFile::exists(m_sandbox->inputFolder() + "/a \"b\" c.pdf"));
+}
+
+// The quotes are lost on the way, and what is left is a path of its own.
+void TestBatch::doubleQuotesThatLeaveAnotherPath()
+{
+    const QString other = m_sandbox->addInput("a.xy.pdf");
+    list({"a.x\"\"y.pdf"});
+    runToTheEnd();
+    QCOMPARE(m_engine->starts().constFirst().last(), other);
+    QCOMPARE(m_sandbox->outputs(), QStringList({"a.pdf"}));
+    QVERIFY(QFile::exists(other));
 }
 
 void TestBatch::hardNames_data()
@@ -736,6 +795,27 @@ void TestBatch::sortDuringTheRun()
     QCOMPARE(converted, QStringList({"0", "1", "2", "3", "4", "5", "7"}));
     for (const QString &name : names)
         QCOMPARE(verdictOf(name), QString(bad.contains(name) ? failed : succeed));
+}
+
+// One process object per started file stays alive until the program ends.
+void TestBatch::engineProcessesStay()
+{
+    struct Deletions : QObject
+    {
+        bool eventFilter(QObject *watched, QEvent *event) override
+        {
+            processes +=
+                event->type() == QEvent::DeferredDelete && qobject_cast<QProcess *>(watched);
+            return false;
+        }
+        int processes = 0;
+    } deletions;
+    qApp->installEventFilter(&deletions);
+    list({"a.pdf", "b.pdf", "c.pdf"});
+    runToTheEnd();
+    m_window.reset();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCOMPARE(deletions.processes, 0);
 }
 
 void TestBatch::descriptorsDoNotPileUp()

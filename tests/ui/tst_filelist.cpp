@@ -73,6 +73,7 @@ private slots:
     void foreignUrlEndsADropButSelects();
     void dropWithoutUrlsIsNothing();
     void droppedFilesStayWithTheirOwner();
+    void dropRemembersNoFolder();
     void dropOnTheFolderFieldIsForTheList();
     void earlierSelectionStays();
     void sizesSortByBytes();
@@ -84,6 +85,7 @@ private slots:
     void removeAllOfAnEmptyTable();
     void doubleClickOpensTheFile();
     void clickAndSelectionStartThePreview();
+    void rememberedOutputFolderIsOnlyWhereToChoose();
     void chooseOutputFolder();
     void cancelledOutputFolderClearsIt();
     void sortedTableKeepsRowsTogether_data();
@@ -420,6 +422,13 @@ void TestFileList::droppedFilesStayWithTheirOwner()
     QCOMPARE(result.announced, Qt::CopyAction);
 }
 
+void TestFileList::dropRemembersNoFolder()
+{
+    QVERIFY(drop({QUrl::fromLocalFile(m_sandbox->addInput("a.pdf"))}));
+    QCOMPARE(table()->rowCount(), 1);
+    QCOMPARE(m_sandbox->stored("dir/input"), QString("(absent)"));
+}
+
 void TestFileList::dropOnTheFolderFieldIsForTheList()
 {
     auto *field = find<QLineEdit>("outputfolderEdit");
@@ -548,6 +557,13 @@ void TestFileList::clickAndSelectionStartThePreview()
     timer->stop();
     table()->selectRow(1);
     QVERIFY(timer->isActive());
+}
+
+void TestFileList::rememberedOutputFolderIsOnlyWhereToChoose()
+{
+    m_sandbox->store("dir/output", m_sandbox->outputFolder());
+    const Process window;
+    QCOMPARE(window.findChild<QLineEdit *>("outputfolderEdit")->text(), QString());
 }
 
 void TestFileList::chooseOutputFolder()

@@ -1,6 +1,8 @@
 #include "src/process.h"
 #include "src/secdialog.h"
+#include "support/modal.h"
 #include "support/sandbox.h"
+#include "ui_process.h"
 
 #include <QGroupBox>
 #include <QHeaderView>
@@ -45,7 +47,9 @@ private slots:
     void cleanup();
     void widgets_data();
     void widgets();
+    void childrenInOrder_data();
     void childrenInOrder();
+    void formBeforeTheWindowFillsIt();
     void buttons_data();
     void buttons();
     void labels();
@@ -62,6 +66,8 @@ private slots:
     void connections_data();
     void connections();
     void aboutCanBeSetAgain();
+    void dialogsGiveTheirResult_data();
+    void dialogsGiveTheirResult();
     void standingProcessesOutliveTheWindow();
     void previewTimerRestsUntilAsked();
     void pictures_data();
@@ -125,14 +131,33 @@ void TestMainForm::widgets()
     QVERIFY(widget->isEnabled());
 }
 
+void TestMainForm::childrenInOrder_data()
+{
+    QTest::addColumn<QString>("names");
+    QTest::newRow("process") << "progressBar aboutButton runButton groupBox outputfolderlabel"
+                                " outputfolderEdit outputButton pushButton_option";
+    QTest::newRow("groupBox")
+        << "inputfiletableWidget label openfileButton removeButton removeallButton";
+}
+
 void TestMainForm::childrenInOrder()
 {
+    const QString parent = QTest::currentDataTag();
+    const auto *widget = parent == "process" ? m_window.get() : find<QWidget>(parent.toLatin1());
     QStringList names;
     for (const QWidget *child :
-         m_window->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly))
+         widget->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly))
         names.append(child->objectName());
-    QCOMPARE(names.join(' '), QString("progressBar aboutButton runButton groupBox outputfolderlabel"
-                                      " outputfolderEdit outputButton pushButton_option"));
+    QTEST(names.join(' '), "names");
+}
+
+void TestMainForm::formBeforeTheWindowFillsIt()
+{
+    QWidget window;
+    Ui_process form;
+    form.setupUi(&window);
+    QCOMPARE(form.progressBar->value(), 45);
+    QCOMPARE(window.windowTitle(), QString());
 }
 
 void TestMainForm::buttons_data()
@@ -378,6 +403,28 @@ void TestMainForm::aboutCanBeSetAgain()
 }
 
 // The window has no process among its children: it deletes none.
+void TestMainForm::dialogsGiveTheirResult_data()
+{
+    QTest::addColumn<bool>("accepted");
+    for (const char *slot : {"enteroption", "setabout1"}) {
+        QTest::addRow("%s accepted", slot) << true;
+        QTest::addRow("%s rejected", slot) << false;
+    }
+}
+
+void TestMainForm::dialogsGiveTheirResult()
+{
+    QFETCH(bool, accepted);
+    const NextModal dialog([accepted](QWidget &shown) {
+        QMetaObject::invokeMethod(&shown, accepted ? "accept" : "reject");
+    });
+    const QByteArray slot = QByteArray(QTest::currentDataTag()).split(' ').constFirst();
+    int result = -1;
+    QVERIFY(QMetaObject::invokeMethod(m_window.get(), slot, Q_RETURN_ARG(int, result)));
+    QVERIFY(dialog.wasShown());
+    QCOMPARE(result, accepted ? 1 : 0);
+}
+
 void TestMainForm::standingProcessesOutliveTheWindow()
 {
     QVERIFY(m_window->findChildren<QProcess *>().isEmpty());

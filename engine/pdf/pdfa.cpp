@@ -58,6 +58,35 @@ bool isForbiddenAction(Object dictionary)
                "/set-state", "/no-op"});
 }
 
+bool isAnnotation(Object dictionary)
+{
+    return dictionary.getKey("/Rect").isArray() && dictionary.getKey("/Subtype").isName() &&
+           (!dictionary.hasKey("/Type") || is(dictionary, "/Type", {"/Annot"}));
+}
+
+constexpr int invisible = 1;
+constexpr int hidden = 2;
+constexpr int noZoom = 8;
+constexpr int noRotate = 16;
+constexpr int noView = 32;
+
+int flagsOf(Object annotation)
+{
+    Object flags = annotation.getKey("/F");
+    return flags.isInteger() ? flags.getIntValueAsInt() : 0;
+}
+
+bool isForbiddenAnnotation(Object dictionary)
+{
+    if (!isAnnotation(dictionary))
+        return false;
+    const bool known = is(dictionary, "/Subtype",
+                          {"/Text", "/Link", "/FreeText", "/Line", "/Square", "/Circle",
+                           "/Highlight", "/Underline", "/Squiggly", "/StrikeOut", "/Stamp", "/Ink",
+                           "/Popup", "/Widget", "/PrinterMark", "/TrapNet"});
+    return !known || (flagsOf(dictionary) & (invisible | hidden | noView)) != 0;
+}
+
 bool isInterpolated(Object dictionary)
 {
     Object flag = dictionary.getKey("/Interpolate");
@@ -78,7 +107,7 @@ struct Rule
 constexpr Rule rules[] = {
     {"transparency", isTransparent},           {"a font that is not embedded", isUnembeddedFont},
     {"a forbidden action", isForbiddenAction}, {"an interpolated image", isInterpolated},
-    {"an attachment", isAttachment},
+    {"an attachment", isAttachment},           {"a forbidden annotation", isForbiddenAnnotation},
 };
 
 bool claimsPdfa(QPDF &document)
@@ -218,6 +247,9 @@ void settlePdfa(QPDF &document)
     for (Object dictionary : reachableDictionaries(document)) {
         if (is(dictionary, "/Subtype", {"/Type3"}) && dictionary.getKey("/Encoding").isDictionary())
             dictionary.getKey("/Encoding").removeKey("/BaseEncoding");
+        if (isAnnotation(dictionary) && is(dictionary, "/Subtype", {"/Text"}))
+            dictionary.replaceKey("/F",
+                                  Object::newInteger(flagsOf(dictionary) | noZoom | noRotate));
         if (dictionary.hasKey("/Rect") && dictionary.getKey("/AP").isDictionary()) {
             dictionary.getKey("/AP").removeKey("/D");
             dictionary.getKey("/AP").removeKey("/R");

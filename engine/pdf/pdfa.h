@@ -17,7 +17,8 @@ std::string brokenPdfaRule(QPDF &document);
 bool needsForeignFonts(QPDF &original);
 
 /// Takes out what Ghostscript leaves in: an annotation's other looks, and a Type 3 font's base
-/// encoding, whose names mean nothing where the font itself defines its glyphs.
+/// encoding, whose names mean nothing where the font itself defines its glyphs. A note's sign keeps
+/// its size and its direction.
 void settlePdfa(QPDF &document);
 
 } // namespace engine

@@ -21,6 +21,7 @@ private slots:
     void allowed_data();
     void allowed();
     void largeNumbers();
+    void notesKeepTheirSize();
 };
 
 void TestPdfaRules::claimOfPdfa_data()
@@ -75,6 +76,11 @@ void TestPdfaRules::forbidden_data()
     QTest::newRow("attached") << QByteArray("<< /EF << >> >>") << QByteArray("an attachment");
     QTest::newRow("attachments") << QByteArray("<< /EmbeddedFiles << >> >>")
                                  << QByteArray("an attachment");
+    const QByteArray annotation = "a forbidden annotation";
+    for (const char *entries :
+         {"/Subtype /Movie", "/Subtype /Sound", "/Subtype /PolyLine", "/Subtype /FileAttachment",
+          "/Subtype /Text /F 1", "/Subtype /Square /F 6", "/Subtype /Square /F 36"})
+        QTest::newRow(entries) << "<< /Rect [0 0 9 9] " + QByteArray(entries) + " >>" << annotation;
     const QByteArray limits = "more than PDF 1.4 allows of something";
     QTest::newRow("real") << QByteArray("32767.5") << limits;
     QTest::newRow("negative real") << QByteArray("[-32767.5]") << limits;
@@ -103,8 +109,9 @@ void TestPdfaRules::allowed_data()
           "<< /Group << /S /Other >> >>", "<< /Type /Font /Subtype /Type3 >>",
           "<< /Type /Font /Subtype /Type0 >>", "<< /S /Named /N /NextPage >>",
           "<< /S /Named /N /PrevPage >>", "<< /S /Named /N /FirstPage >>",
-          "<< /S /Named /N /LastPage >>", "<< /S /URI >>", "<< /Interpolate false >>", "32767.0",
-          "-32767.0"})
+          "<< /S /Named /N /LastPage >>", "<< /Rect [0 0 9 9] /Subtype /Text /F 28 >>",
+          "<< /Rect [0 0 9 9] /Subtype /Ink >>", "<< /Rect 0 /Subtype /Movie >>", "<< /S /URI >>",
+          "<< /Interpolate false >>", "32767.0", "-32767.0"})
         QTest::newRow(object) << QByteArray(object);
     for (const char *key : {"FontFile", "FontFile2", "FontFile3"})
         QTest::newRow(key) << "<< /Type /Font /Subtype /Type1 /FontDescriptor << /" +
@@ -131,6 +138,17 @@ void TestPdfaRules::largeNumbers()
     const QByteArray font = "<< /Type /Font /Subtype /Type3 /CharProcs << /a 7 0 R >> >>";
     Document glyph(showing({}, {formOf({}), font, pdfStream({}, "0 32768.5 m")}));
     QCOMPARE(engine::brokenPdfaRule(glyph), objection);
+}
+
+// Preflight wants both flags of a note, and none of the others is touched.
+void TestPdfaRules::notesKeepTheirSize()
+{
+    Document document(showing({}, {formOf({}), "<< /Rect [0 0 9 9] /Subtype /Text /F 4 >>"}));
+    engine::settlePdfa(document);
+    QCOMPARE(document->getObject(6, 0).getKey("/F").getIntValue(), 28);
+    Document other(showing({}, {formOf({}), "<< /Rect [0 0 9 9] /Subtype /Ink /F 4 >>"}));
+    engine::settlePdfa(other);
+    QCOMPARE(other->getObject(6, 0).getKey("/F").getIntValue(), 4);
 }
 
 QTEST_GUILESS_MAIN(TestPdfaRules)

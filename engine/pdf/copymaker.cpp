@@ -75,6 +75,8 @@ CopyMaker::CopyMaker(const CopyOrder &order)
 
 std::string CopyMaker::make()
 {
+    if (m_interpretation)
+        markProducer(m_interpretation->pdf(), m_order.marked);
     if (m_order.wishes.pdfa)
         return makePdfa();
     const bool complete = m_objection.empty() && losesNothing();
@@ -122,9 +124,13 @@ std::string CopyMaker::lossOfPdfa()
         return "it does not bring its fonts along";
     if (attachmentsOf(original) > 0)
         return "it has an attachment";
+    if (const std::string strange = strangeness(original); !strange.empty())
+        return "it has " + strange;
     restoreViewing(copy, original);
+    restoreOwnEntries(copy, original);
     restoreLinks(copy, original, true);
-    restoreLetters(copy, original);
+    if (!restoreLetters(copy, original))
+        return "letters would be lost";
     if (linksOf(copy) < linksOf(original) || misleadsLinks(copy, original))
         return "links would be lost, or lead elsewhere";
     return losesText(original, copy) ? "text would be lost" : "";
@@ -138,7 +144,10 @@ bool CopyMaker::losesNothing()
     QPDF &original = m_document->pdf();
     QPDF &copy = m_interpretation->pdf();
     try {
+        if (needsForeignFonts(original) || !strangeness(original).empty())
+            return false;
         restoreViewing(copy, original);
+        restoreOwnEntries(copy, original);
         restoreLinks(copy, original, false);
         return restoreLetters(copy, original) && !misleadsLinks(copy, original) &&
                lossOf(original, copy).empty();

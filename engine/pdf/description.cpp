@@ -2,6 +2,7 @@
 
 #include "../xmp.h"
 
+#include <algorithm>
 #include <qpdf/QPDFObjectHandle.hh>
 
 namespace engine {
@@ -76,7 +77,29 @@ void setPacket(QPDF &document, const std::string &packet)
     document.getRoot().replaceKey("/Metadata", document.makeIndirectObject(metadata));
 }
 
+bool isKnown(const std::string &key)
+{
+    return key == "/Trapped" || std::any_of(std::begin(texts), std::end(texts),
+                                            [&](const Entry &entry) { return key == entry.key; });
+}
+
 } // namespace
+
+void restoreOwnEntries(QPDF &copy, QPDF &original)
+{
+    QPDFObjectHandle information = informationOf(copy);
+    for (auto [key, value] : informationOf(original).getDictAsMap()) {
+        if (value.isString() && !isKnown(key) && !information.hasKey(key))
+            information.replaceKey(key, QPDFObjectHandle::newString(value.getStringValue()));
+    }
+}
+
+void markProducer(QPDF &copy, const std::map<std::string, std::string> &marked)
+{
+    const auto producer = marked.find("/Producer");
+    if (producer != marked.end())
+        informationOf(copy).replaceKey("/Producer", QPDFObjectHandle::newString(producer->second));
+}
 
 void settleDescription(QPDF &document, bool pdfa)
 {

@@ -11,6 +11,14 @@ namespace engine {
 /// the locale, which no reader takes for UTF-8 by itself.
 void settleDescription(QPDF &document, bool pdfa);
 
+/// Gives the copy those entries of the original's information dictionary that programs have made up
+/// for themselves.
+void restoreOwnEntries(QPDF &copy, QPDF &original);
+
+/// Gives the copy the producer of the mark, if it names one: Ghostscript names itself whatever it
+/// is told.
+void markProducer(QPDF &copy, const std::map<std::string, std::string> &marked);
+
 /// Gives a PDF/A copy the texts back that Ghostscript can't bring into XMP and drops: the mark's,
 /// else the original's (null: none).
 void restoreTexts(QPDF &copy, const std::map<std::string, std::string> &marked, QPDF *original);

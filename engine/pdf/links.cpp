@@ -62,6 +62,7 @@ public:
             if (kept.size() < links.size() && isSamePlane(m_pages[index], m_copyPages[index]))
                 replaceLinks(m_copyPages[index].getObjectHandle(), links);
         }
+        restoreOpening();
     }
 
     /// Whether a destination of the original names a place on a page that lies otherwise in the
@@ -80,11 +81,12 @@ public:
     }
 
 private:
-    // Links, outline entries and actions all keep their destination under one of two keys.
+    // Links, outline entries, actions and the catalogue keep their destination under one of these.
     bool namesMovedPlace(Object holder, const std::vector<bool> &moved)
     {
         return isMovedPlace(holder.getKey("/Dest"), moved) ||
-               isMovedPlace(holder.getKey("/D"), moved);
+               isMovedPlace(holder.getKey("/D"), moved) ||
+               isMovedPlace(holder.getKey("/OpenAction"), moved);
     }
 
     bool isMovedPlace(Object destination, const std::vector<bool> &moved)
@@ -102,6 +104,7 @@ private:
     }
 
     static bool isSamePlane(QPDFPageObjectHelper page, QPDFPageObjectHelper copy);
+    void restoreOpening();
     void replaceLinks(Object page, const std::vector<QPDFAnnotationObjectHelper> &links);
     Object linkFor(Object link);
     Object destinationFor(Object destination);
@@ -134,6 +137,17 @@ void LinkRestorer::replaceLinks(Object page, const std::vector<QPDFAnnotationObj
     for (auto link : links)
         annotations.appendItem(m_copy.makeIndirectObject(linkFor(link.getObjectHandle())));
     page.replaceKey("/Annots", annotations);
+}
+
+// Only where it leads to a place: what runs of itself is left out.
+void LinkRestorer::restoreOpening()
+{
+    Object opening = m_original.getRoot().getKey("/OpenAction");
+    if (opening.isDictionary() && opening.getKey("/S").isNameAndEquals("/GoTo"))
+        opening = opening.getKey("/D");
+    Object destination = destinationFor(opening.isDictionary() ? Object::newNull() : opening);
+    if (destination.isArray() && !m_copy.getRoot().hasKey("/OpenAction"))
+        m_copy.getRoot().replaceKey("/OpenAction", destination);
 }
 
 // What leads back into the original, such as /P and /StructParent, stays behind.

@@ -6,7 +6,7 @@ namespace engine {
 
 /// Gives those pages of the copy that have fewer links than in the original all of theirs again, as
 /// far as the page lies in the copy as it does in the original. Printable links are what PDF/A
-/// wants; they look the same.
+/// wants; they look the same. The copy opens where the original does.
 void restoreLinks(QPDF &copy, QPDF &original, bool printable);
 
 /// Whether links or outline entries lead elsewhere in the copy than in the original: Ghostscript

@@ -1,9 +1,11 @@
 #include "losses.h"
 
+#include "walk.h"
+
 #include <algorithm>
-#include <qpdf/QPDFEmbeddedFileDocumentHelper.hh>
 #include <qpdf/QPDFOutlineDocumentHelper.hh>
 #include <qpdf/QPDFPageDocumentHelper.hh>
+#include <utility>
 
 namespace engine {
 
@@ -30,10 +32,39 @@ std::size_t annotations(QPDF &document, const std::string &subtype)
     return count;
 }
 
-// A field that lies on no page can't be filled in.
-std::size_t formFields(QPDF &document)
+std::size_t widgets(QPDF &document)
 {
     return annotations(document, "/Widget");
+}
+
+// A form may be more than its fields' places on the pages, or have none of them (XFA).
+std::size_t formParts(QPDF &document)
+{
+    QPDFObjectHandle form = document.getRoot().getKey("/AcroForm");
+    if (!form.isDictionary())
+        return 0;
+    QPDFObjectHandle fields = form.getKey("/Fields");
+    return std::size_t(form.hasKey("/XFA")) +
+           (fields.isArray() ? std::size_t(fields.getArrayNItems()) : 0);
+}
+
+// Those without a window of their own, which comes and goes.
+std::size_t comments(QPDF &document)
+{
+    return annotations(document, {}) - annotations(document, "/Popup");
+}
+
+std::size_t holdersOf(QPDF &document, const char *key)
+{
+    const auto dictionaries = reachableDictionaries(document);
+    return std::size_t(
+        std::count_if(dictionaries.begin(), dictionaries.end(),
+                      [key](QPDFObjectHandle holder) { return holder.hasKey(key); }));
+}
+
+std::size_t replies(QPDF &document)
+{
+    return holdersOf(document, "/IRT");
 }
 
 // What the document opens with is all that Ghostscript draws.
@@ -59,9 +90,23 @@ struct Kind
 };
 
 constexpr Kind kinds[] = {
-    {"form fields", formFields},         {"links", linksOf},
-    {"outline entries", outlineEntries}, {"attachments", attachmentsOf},
+    {"form fields", widgets},
+    {"form", formParts},
+    {"links", linksOf},
+    {"comments", comments},
+    {"replies", replies},
+    {"outline entries", outlineEntries},
+    {"attachments", attachmentsOf},
     {"hidden layers", hiddenLayers},
+};
+
+// Colours that were mixed with their mask stop to fit it once the image is made smaller; conditions
+// on layers are passed over, so that what they hide is drawn; a form that its program draws is
+// lost.
+constexpr std::pair<const char *, const char *> strange[] = {
+    {"/Matte", "colours mixed with a mask"},
+    {"/VE", "conditions on layers"},
+    {"/NeedsRendering", "a form that only a program can draw"},
 };
 
 } // namespace
@@ -82,7 +127,16 @@ std::size_t linksOf(QPDF &document)
 
 std::size_t attachmentsOf(QPDF &document)
 {
-    return QPDFEmbeddedFileDocumentHelper(document).getEmbeddedFiles().size();
+    return holdersOf(document, "/EF");
+}
+
+std::string strangeness(QPDF &original)
+{
+    for (const auto &[key, name] : strange) {
+        if (holdersOf(original, key) > 0)
+            return name;
+    }
+    return {};
 }
 
 } // namespace engine

@@ -14,6 +14,22 @@
 
 using namespace parsed;
 
+namespace {
+
+QByteArray described(const QByteArray &information)
+{
+    return pdfOf({"<< /Type /Catalog /Pages 2 0 R >>", "<< /Type /Pages /Count 1 /Kids [3 0 R] >>",
+                  "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 9 9] >>", information})
+        .replace("trailer << ", "trailer << /Info 4 0 R ");
+}
+
+QByteArray commented(const QByteArray &subtype)
+{
+    return documents::links({}, {}, "<< /Type /Annot /Rect [0 0 9 9] /Subtype " + subtype + " >>");
+}
+
+} // namespace
+
 class TestFidelity : public QObject
 {
     Q_OBJECT
@@ -21,6 +37,8 @@ class TestFidelity : public QObject
 private slots:
     void losses_data();
     void losses();
+    void strange_data();
+    void strange();
     void misleadingLinks_data();
     void misleadingLinks();
     void linksComeBack();
@@ -29,7 +47,10 @@ private slots:
     void viewing();
     void lostText_data();
     void lostText();
+    void opensWhereTheOriginalDoes_data();
+    void opensWhereTheOriginalDoes();
     void descriptionOfTheCopy();
+    void ownEntriesAndProducer();
 };
 
 void TestFidelity::losses_data()
@@ -38,7 +59,17 @@ void TestFidelity::losses_data()
     QTest::addColumn<QByteArray>("loss");
     QTest::newRow("nothing") << with({}) << QByteArray();
     QTest::newRow("form") << documents::form() << QByteArray("form fields");
+    QTest::newRow("fields that lie nowhere")
+        << with({"<< /FT /Tx /T (name) >>"}, "/AcroForm << /Fields [6 0 R] >>")
+        << QByteArray("form");
+    QTest::newRow("form without fields")
+        << with({pdfStream({}, "<xdp/>")}, "/AcroForm << /XFA 6 0 R /Fields [] >>")
+        << QByteArray("form");
     QTest::newRow("links") << documents::links() << QByteArray("links");
+    for (const char *subtype : {"/Caret", "/Redact", "/Polygon", "/Unheard"})
+        QTest::newRow(subtype) << commented(subtype) << QByteArray("comments");
+    QTest::newRow("a comment's window") << commented("/Popup") << QByteArray();
+    QTest::newRow("reply") << with({"<< /IRT 4 0 R >>"}, "/Six 6 0 R") << QByteArray("replies");
     const QList<QByteArray> outline = {
         "<< /Type /Outlines /First 7 0 R /Last 7 0 R /Count 1 >>",
         "<< /Title (One) /Parent 6 0 R /First 8 0 R /Last 8 0 R /Count 1 >>",
@@ -55,10 +86,12 @@ void TestFidelity::losses_data()
         << with({"<< /Type /OCG >>"},
                 "/OCProperties << /OCGs [6 0 R] /D << /BaseState /OFF /ON [6 0 R 6 0 R] >> >>")
         << QByteArray();
-    QTest::newRow("attachment") << with({"<< /Type /Filespec /F (a.csv) /EF << /F 7 0 R >> >>",
-                                         pdfStream({}, "a;b")},
+    const QList<QByteArray> file = {"<< /Type /Filespec /F (a.csv) /EF << /F 7 0 R >> >>",
+                                    pdfStream({}, "a;b")};
+    QTest::newRow("attachment") << with(file,
                                         "/Names << /EmbeddedFiles << /Names [(a.csv) 6 0 R] >> >>")
                                 << QByteArray("attachments");
+    QTest::newRow("file of the document") << with(file, "/AF [6 0 R]") << QByteArray("attachments");
 }
 
 // An outline keeps its first entry in the copy; of the others nothing is left.
@@ -72,6 +105,27 @@ void TestFidelity::losses()
     QCOMPARE(QByteArray::fromStdString(engine::lossOf(before, after)), loss);
     Document again(original);
     QCOMPARE(QByteArray::fromStdString(engine::lossOf(before, again)), QByteArray());
+}
+
+void TestFidelity::strange_data()
+{
+    QTest::addColumn<QByteArray>("object");
+    QTest::addColumn<QByteArray>("name");
+    QTest::newRow("nothing") << QByteArray("<< /SMask 7 0 R >>") << QByteArray();
+    QTest::newRow("matte") << pdfStream("/Matte [0 0 0]", "x")
+                           << QByteArray("colours mixed with a mask");
+    QTest::newRow("layers") << QByteArray("[<< /Type /OCMD /VE [/Not 7 0 R] >>]")
+                            << QByteArray("conditions on layers");
+    QTest::newRow("form") << QByteArray("<< /NeedsRendering true >>")
+                          << QByteArray("a form that only a program can draw");
+}
+
+void TestFidelity::strange()
+{
+    QFETCH(QByteArray, object);
+    QFETCH(QByteArray, name);
+    Document document(with({object}, "/Six 6 0 R"));
+    QCOMPARE(QByteArray::fromStdString(engine::strangeness(document)), name);
 }
 
 void TestFidelity::misleadingLinks_data()
@@ -197,12 +251,6 @@ void TestFidelity::lostText()
 // What both have is the copy's, and what only one has stays.
 void TestFidelity::descriptionOfTheCopy()
 {
-    const QByteArray page = "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 9 9] >>";
-    const QByteArray pages = "<< /Type /Pages /Count 1 /Kids [3 0 R] >>";
-    const auto described = [&](const QByteArray &description) {
-        return pdfOf({"<< /Type /Catalog /Pages 2 0 R >>", pages, page, description})
-            .replace("trailer << ", "trailer << /Info 4 0 R ");
-    };
     Document document(described("<< /Title (Old) /Company (Parish) /Odd 2 0 R >>"));
     Document copy(described("<< /Title (New) /Author (Zo\303\253) >>"));
     engine::takeDescription(document, copy);
@@ -212,6 +260,49 @@ void TestFidelity::descriptionOfTheCopy()
     QCOMPARE(information.getKey("/Company").getUTF8Value(), std::string("Parish"));
     QVERIFY(!information.hasKey("/Odd"));
     QVERIFY(!document->getRoot().hasKey("/Metadata"));
+}
+
+void TestFidelity::ownEntriesAndProducer()
+{
+    Document original(described("<< /Title (Old) /Company (Parish) /Odd 2 0 R /Trapped (x) >>"));
+    Document copy(described("<< /Producer (Engine) /Region (North) >>"));
+    engine::restoreOwnEntries(copy, original);
+    auto information = copy->getTrailer().getKey("/Info");
+    QCOMPARE(information.getKey("/Company").getUTF8Value(), std::string("Parish"));
+    QCOMPARE(information.getKey("/Region").getUTF8Value(), std::string("North"));
+    for (const char *key : {"/Title", "/Odd", "/Trapped"})
+        QVERIFY2(!information.hasKey(key), key);
+
+    engine::markProducer(copy, {{"/Title", "New"}});
+    QCOMPARE(information.getKey("/Producer").getUTF8Value(), std::string("Engine"));
+    engine::markProducer(copy, {{"/Producer", "Parish office"}});
+    QCOMPARE(information.getKey("/Producer").getUTF8Value(), std::string("Parish office"));
+}
+
+void TestFidelity::opensWhereTheOriginalDoes_data()
+{
+    QTest::addColumn<QByteArray>("opening");
+    QTest::addColumn<QByteArray>("expected");
+    const QByteArray place = "[ 4 0 R /XYZ 60 200 0 ]";
+    QTest::newRow("place") << place << place;
+    QTest::newRow("action") << "<< /S /GoTo /D " + place + " >>" << place;
+    QTest::newRow("name") << QByteArray("/end") << place;
+    QTest::newRow("script") << QByteArray("<< /S /JavaScript /JS (app.beep\\(0\\)) >>")
+                            << QByteArray("null");
+    QTest::newRow("nowhere") << QByteArray("/nowhere") << QByteArray("null");
+    QTest::newRow("page that is none") << QByteArray("[ 9 0 R /Fit ]") << QByteArray("null");
+}
+
+void TestFidelity::opensWhereTheOriginalDoes()
+{
+    QFETCH(QByteArray, opening);
+    const QByteArray plain = documents::links();
+    QByteArray other = documents::links({}, {}, {}, "/OpenAction " + opening);
+    Document original(other);
+    Document copy(plain);
+    engine::restoreLinks(copy, original, false);
+    auto found = copy->getRoot().getKey("/OpenAction");
+    QTEST(QByteArray::fromStdString(found.unparse()), "expected");
 }
 
 QTEST_GUILESS_MAIN(TestFidelity)

@@ -65,12 +65,14 @@ QByteArray form(const QList<QByteArray> &moreObjects, const QByteArray &catalogu
     return withParts(parts);
 }
 
-QByteArray links(const QByteArray &box, const QByteArray &action, const QByteArray &annotations)
+QByteArray links(const QByteArray &box, const QByteArray &action, const QByteArray &annotations,
+                 const QByteArray &catalogue)
 {
     const QByteArray page = "<< /Type /Page /Parent 2 0 R " + box +
                             " /Contents 5 0 R"
                             " /Resources << /Font << /F 6 0 R >> >> ";
-    return pdfOf({"<< /Type /Catalog /Pages 2 0 R /Dests << /end [4 0 R /XYZ 60 200 0] >> >>",
+    return pdfOf({"<< /Type /Catalog /Pages 2 0 R /Dests << /end [4 0 R /XYZ 60 200 0] >> " +
+                      catalogue + " >>",
                   "<< /Type /Pages /Count 2 /Kids [3 0 R 4 0 R] >>",
                   page + "/Annots [" + annotations + "] >>", page + ">>",
                   pdfStream({}, "BT /F 12 Tf 20 160 Td (A line of text) Tj ET " +

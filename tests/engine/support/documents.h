@@ -28,7 +28,7 @@ QByteArray form(const QList<QByteArray> &moreObjects = {}, const QByteArray &cat
 /// others. Much is drawn, so that Ghostscript makes them smaller.
 QByteArray links(const QByteArray &box = "/MediaBox [0 0 200 200]",
                  const QByteArray &action = "/S /URI /URI (https://example.org/)",
-                 const QByteArray &annotations = "7 0 R 8 0 R");
+                 const QByteArray &annotations = "7 0 R 8 0 R", const QByteArray &catalogue = {});
 
 /// A page of text that runs from bottom to top, which Ghostscript turns if nobody keeps it from it.
 QByteArray upright();

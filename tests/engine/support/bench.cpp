@@ -96,6 +96,8 @@ QStringList Bench::line(const QString &input, const QString &output,
                         const QStringList &moreSwitches, const QString &mark)
 {
     QStringList words = QString::fromLatin1(defaultSwitches).split(u' ') + moreSwitches;
+    if (moreSwitches.filter(u"-dPermissions="_s).isEmpty())
+        words << u"-dPermissions=-4"_s;
     words << "-sOutputFile="_L1 + output << u"-f"_s << input;
     if (!mark.isEmpty())
         words << mark;

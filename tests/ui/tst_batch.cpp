@@ -11,6 +11,7 @@
 #include <QProcess>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QSettings>
 #include <QTableWidget>
 #include <QTest>
@@ -643,6 +644,7 @@ void TestBatch::missingEngineHaltsTheRun()
     const QString engine = QCoreApplication::applicationDirPath() + "/corvgs";
     const QString away = engine + ".away";
     QVERIFY(QFile::rename(engine, away));
+    const auto back = qScopeGuard([&] { QFile::rename(away, engine); });
     list({"a.pdf", "b.pdf"});
     run();
     QVERIFY(QFile::rename(away, engine));

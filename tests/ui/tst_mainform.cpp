@@ -462,7 +462,11 @@ void TestMainForm::pictures_data()
 
 void TestMainForm::pictures()
 {
-    QImageReader reader(QString(":/iconoption/icons/") + QTest::currentDataTag());
+    const QString name = QTest::currentDataTag();
+    const QByteArray picture = readFile(":/iconoption/icons/" + name);
+    QVERIFY(!picture.isEmpty());
+    QVERIFY(picture == readFile(PICTURES + name));
+    QImageReader reader(":/iconoption/icons/" + name);
     QTEST(reader.format(), "kind");
     QVERIFY(reader.imageCount() <= 1);
     const QImage image = reader.read();

@@ -124,6 +124,7 @@ void TestAboutDialog::linkLabels()
     const auto *home = find<QLabel>("label_homepage");
     QVERIFY(home->openExternalLinks());
     QVERIFY(home->wordWrap());
+    QCOMPARE(home->inputMethodHints(), Qt::ImhNone);
     QCOMPARE(home->textInteractionFlags(),
              Qt::LinksAccessibleByMouse | Qt::TextEditable | Qt::TextSelectableByMouse);
     const auto *mail = find<QLabel>("label_mail");

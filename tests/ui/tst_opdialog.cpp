@@ -131,6 +131,7 @@ private slots:
     void applyKeepsTheFolders();
     void applyWritesDisabledPages();
     void applyWritesTheTextAsTyped();
+    void halfCheckedPagesAreOff();
     void cancelWritesNothingAndRevertsNothing();
     void closingWritesNothing();
     void editingCancelledShowsAgainAndIsSavedLater();
@@ -407,9 +408,12 @@ void TestOpDialog::storedPasswords()
     QFETCH(QString, owner);
     m_sandbox->store("Secur/UsrPwd", user);
     m_sandbox->store("Secur/OwrPwd", owner);
-    const Shown shown;
-    QTEST(shown.window.isShown("groupBox_warningPDFA"), "warns");
-    QTEST(!shown.window.find<QCheckBox>("checkBox_pdfa")->isEnabled(), "warns");
+    for (const char *page : {"Ok", "No"}) { // a page that is off keeps its passwords
+        m_sandbox->store("Secur/Secur", page);
+        const Shown shown;
+        QTEST(shown.window.isShown("groupBox_warningPDFA"), "warns");
+        QTEST(!shown.window.find<QCheckBox>("checkBox_pdfa")->isEnabled(), "warns");
+    }
 }
 
 void TestOpDialog::disabledPdfaKeepsItsState()
@@ -531,6 +535,21 @@ void TestOpDialog::applyWritesTheTextAsTyped()
     QCOMPARE(shown.window.value("lineEdit_mno_res"), QString("300"));
 }
 
+void TestOpDialog::halfCheckedPagesAreOff()
+{
+    const Shown shown;
+    auto *items = shown.window.find<QListWidget>("listWidge_option");
+    for (int page = 0; page < 4; ++page)
+        items->item(page)->setCheckState(Qt::PartiallyChecked);
+    const auto *pages = shown.window.find<QStackedWidget>("stackedWidget_option");
+    for (int page = 0; page < 4; ++page)
+        QVERIFY(!pages->widget(page)->isEnabled());
+    shown.window.press("pushButton_apply");
+    for (const char *key : {"Image/Image", "Fonts/Fonts", "Secur/Secur", "Annot/Annot"})
+        QCOMPARE(m_sandbox->stored(key), QString("No"));
+    QVERIFY(readFile(m_sandbox->markFile()).startsWith(" [ /Creator ( )"));
+}
+
 void TestOpDialog::cancelWritesNothingAndRevertsNothing()
 {
     const Shown shown;
@@ -608,10 +627,13 @@ void TestOpDialog::resetValues()
 void TestOpDialog::resetSwitchesThePages()
 {
     const Shown shown;
+    shown.window.turnTo(2);
     shown.window.press("pushButton_reset");
     const auto *pages = shown.window.find<QStackedWidget>("stackedWidget_option");
     for (int page = 0; page < 4; ++page)
         QCOMPARE(pages->widget(page)->isEnabled(), page < 2);
+    QCOMPARE(pages->currentIndex(), 2);
+    QCOMPARE(shown.window.find<QListWidget>("listWidge_option")->currentRow(), 2);
     QVERIFY(shown.dialog.isVisible());
 }
 

@@ -2,6 +2,7 @@
 // command line, and back into a dialog constructed anew.
 
 #include "core/engineswitches.h"
+#include "core/markfile.h"
 #include "src/process.h"
 #include "support/dragdrop.h"
 #include "support/fakeengine.h"
@@ -145,6 +146,7 @@ private slots:
     void everyDescriptionField();
     void randomStates_data();
     void randomStates();
+    void cancelledEditsAreShownAgain();
     void markArgumentComesWithTheFirstApply();
     void applyDuringARunCountsFromTheNextFile();
 
@@ -341,12 +343,38 @@ void TestOptionsTrip::randomStates()
     for (auto value = values.cbegin(); value != values.cend(); ++value)
         QCOMPARE(m_sandbox->stored(keys.value(value.key())), value.value());
     QCOMPARE(program.getOption(), switchesFor(values));
+    const auto text = [&values](const char *field) {
+        return values.value(QString("lineEdit_") + field);
+    };
+    const core::Description typed = {text("title"),    text("author"),  text("subject"),
+                                     text("keywords"), text("creator"), text("producer")};
+    const QString mark =
+        values.value("Description") == "Ok" ? core::markText(typed) : core::blankMarkText();
+    QCOMPARE(QString::fromUtf8(readFile(m_sandbox->markFile())), mark);
 
     Process later;
     Values after = allShown(later);
     if (!values.contains("checkBox_pdfa"))
         after.remove("checkBox_pdfa");
     QCOMPARE(after, values);
+}
+
+// The dialog reads the file once, when the program starts.
+void TestOptionsTrip::cancelledEditsAreShownAgain()
+{
+    Process program;
+    withOptions(program, [](const OptionsWindow &window) {
+        window.type("lineEdit_clr_res", "72");
+        window.press("pushButton_cancel");
+    });
+    QCOMPARE(allShown(program).value("lineEdit_clr_res"), QString("72"));
+    QVERIFY(!QFile::exists(m_sandbox->settingsFile()));
+    withOptions(program, [](const OptionsWindow &window) {
+        window.press("pushButton_reset");
+        window.press("pushButton_cancel");
+    });
+    QCOMPARE(allShown(program).value("lineEdit_clr_res"), QString("150"));
+    QVERIFY(!QFile::exists(m_sandbox->settingsFile()));
 }
 
 void TestOptionsTrip::markArgumentComesWithTheFirstApply()

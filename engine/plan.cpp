@@ -98,25 +98,21 @@ std::string shortened(std::string password)
     return password;
 }
 
-std::optional<std::string> passwordOf(const Line &line, std::string_view name)
-{
-    const auto password = valueOf(line.switches, name);
-    return password ? std::optional(shortened(*password)) : std::nullopt;
-}
-
 // Ghostscript takes no user password without an owner password.
 void planPasswords(const Line &line, Job &job)
 {
-    const auto user = passwordOf(line, userPasswordSwitch);
-    const auto owner = passwordOf(line, ownerPasswordSwitch);
+    const auto user = valueOf(line.switches, userPasswordSwitch);
+    const auto owner = valueOf(line.switches, ownerPasswordSwitch);
     if (!user && !owner)
         return;
-    Words passwords;
+    job.passwords.user = user.value_or("");
+    job.passwords.owner = owner.value_or(job.passwords.user);
+    Words words;
     if (user)
-        passwords.push_back(std::string(userPasswordSwitch) + *user);
-    passwords.push_back(std::string(ownerPasswordSwitch) + owner.value_or(user.value_or("")));
-    job.argumentFile = argumentFileText(passwords);
-    job.password = user ? *user : *owner;
+        words.push_back(std::string(userPasswordSwitch) + shortened(*user));
+    words.push_back(std::string(ownerPasswordSwitch) + shortened(job.passwords.owner));
+    job.argumentFile = argumentFileText(words);
+    job.password = shortened(user ? *user : *owner);
 }
 
 // 128 bits instead of Ghostscript's 40 are revision 3, which reads the permissions differently.
@@ -206,7 +202,7 @@ Plan planFor(const Words &arguments)
     if (const auto *refusal = std::get_if<Refusal>(&read))
         return *refusal;
     const Line &line = std::get<Line>(read);
-    Job job{line.input, line.output, line.mark, {}, {}, {}, {}};
+    Job job{line.input, line.output, line.mark, {}, {}, {}, {}, {}};
     planPasswords(line, job);
     const bool encrypted = !job.argumentFile.empty();
     job.wishes = wishesOf(line, encrypted);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "passwords.h"
 #include "wishes.h"
 
 #include <string>
@@ -18,7 +19,8 @@ struct Job
     /// Ghostscript's arguments without its own name; files are named by their channels.
     std::vector<std::string> arguments;
     std::string argumentFile; ///< what is to be read from passwordChannel; empty: nothing
-    std::string password;     ///< opens the copy; empty: none needed
+    std::string password;     ///< opens what Ghostscript writes; empty: none needed
+    Passwords passwords;      ///< of the copy
     Wishes wishes;
 };
 

@@ -177,7 +177,8 @@ std::uintmax_t CopyMaker::writeInterpretation()
 
 Form CopyMaker::form(bool objectStreams) const
 {
-    return {objectStreams, m_order.password.empty() ? nullptr : &m_interpretation->pdf()};
+    QPDF *locked = m_order.password.empty() ? nullptr : &m_interpretation->pdf();
+    return {objectStreams, locked, m_order.passwords};
 }
 
 // Without object streams, which the compatibility level of the window's line doesn't allow. Only

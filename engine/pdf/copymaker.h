@@ -1,5 +1,6 @@
 #pragma once
 
+#include "../passwords.h"
 #include "../wishes.h"
 
 #include <map>
@@ -15,6 +16,7 @@ struct CopyOrder
     int interpretation;   ///< what Ghostscript made of it
     int copy;             ///< open for reading and writing
     std::string password; ///< opens the interpretation; empty: none needed
+    Passwords passwords;  ///< of the copy
     Wishes wishes;
     std::map<std::string, std::string> marked; ///< texts of the document information mark
     std::optional<int> pagesWritten;           ///< as Ghostscript's device counted them

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <memory>
 #include <qpdf/QPDFWriter.hh>
+#include <qpdf/QUtil.hh>
 #include <system_error>
 #include <unistd.h>
 
@@ -43,14 +44,39 @@ std::uintmax_t flushed(const Stream &stream)
     return sizeOf(fileno(stream.get()));
 }
 
+// Readers turn what is typed into this encoding. Letters that it has not leave the bytes as they
+// are, which some readers try as well.
+std::string asReadersTakeIt(const std::string &password)
+{
+    std::string encoded;
+    return QUtil::utf8_to_pdf_doc(password, encoded) ? encoded : password;
+}
+
+qpdf_r3_print_e printingOf(QPDF &document)
+{
+    if (document.allowPrintHighRes())
+        return qpdf_r3p_full;
+    return document.allowPrintLowRes() ? qpdf_r3p_low : qpdf_r3p_none;
+}
+
+// Revision 3, which is what the compatibility level of the window's line allows.
+void encrypt(QPDFWriter &writer, QPDF &locked, const Passwords &passwords)
+{
+    writer.setR3EncryptionParametersInsecure(
+        asReadersTakeIt(passwords.user).c_str(), asReadersTakeIt(passwords.owner).c_str(),
+        locked.allowAccessibility(), locked.allowExtractAll(), locked.allowModifyAssembly(),
+        locked.allowModifyAnnotation(), locked.allowModifyForm(), locked.allowModifyOther(),
+        printingOf(locked));
+}
+
 void apply(const Form &form, QPDFWriter &writer)
 {
     writer.setObjectStreamMode(form.objectStreams ? qpdf_o_preserve : qpdf_o_disable);
     writer.setStreamDataMode(qpdf_s_preserve);
     // PDF/A wants a line break there, and two bytes a stream are not worth an option.
     writer.setNewlineBeforeEndstream(true);
-    if (form.encryption)
-        writer.copyEncryptionParameters(*form.encryption);
+    if (form.locked)
+        encrypt(writer, *form.locked, form.passwords);
     else
         writer.setPreserveEncryption(false);
 }

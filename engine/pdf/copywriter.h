@@ -1,14 +1,18 @@
 #pragma once
 
+#include "../passwords.h"
+
 #include <cstdint>
 #include <qpdf/QPDF.hh>
 
 namespace engine {
 
+/// How a copy is written.
 struct Form
 {
     bool objectStreams = false; ///< those that the document has are kept; else there are none
-    QPDF *encryption = nullptr; ///< the document whose encryption to take over; null: none
+    QPDF *locked = nullptr; ///< the document whose permissions to take over; null: no encryption
+    Passwords passwords;
 };
 
 /// Writes the document in place of what the open file holds. Streams stay as they are. Returns the

@@ -34,6 +34,8 @@ private slots:
     void encryption();
     void hardPasswords_data();
     void hardPasswords();
+    void lettersBeyondAscii_data();
+    void lettersBeyondAscii();
     void longPasswords_data();
     void longPasswords();
     void permissions_data();
@@ -100,12 +102,40 @@ void TestPasswords::hardPasswords()
     QVERIFY2(poppler.contains("Encrypted:"), poppler);
 }
 
+void TestPasswords::lettersBeyondAscii_data()
+{
+    QTest::addColumn<QString>("password");
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("umlauts") << u"pässwörd"_s << QByteArray("p\xe4ssw\xf6rd");
+    QTest::newRow("euro and dash") << u"5€–7"_s << QByteArray::fromHex("35a08537");
+    QTest::newRow("32 letters") << QString(30, u'ä') + u"xy"_s << QByteArray(30, '\xe4') + "xy";
+    QTest::newRow("33 letters") << QString(31, u'x') + u"éy"_s << QByteArray(31, 'x') + '\xe9';
+    QTest::newRow("letters that it has not") << u"報告書"_s << u"報告書"_s.toUtf8();
+}
+
+// Readers turn what is typed into the encoding that the standard names.
+void TestPasswords::lettersBeyondAscii()
+{
+    QFETCH(QString, password);
+    QFETCH(QByteArray, bytes);
+    Bench bench;
+    write(bench.in(u"a.pdf"_s), samplePdf());
+    const Run run =
+        bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s),
+                              {"-sUserPassword="_L1 + password, u"-sOwnerPassword=o"_s}));
+    QCOMPARE(run.errors, QByteArray());
+    const QString hexadecimal = QString::fromLatin1(bytes.toHex());
+    const QByteArray found = outputOf(
+        u"qpdf"_s, {u"--suppress-password-recovery"_s, u"--password-mode=hex-bytes"_s,
+                    "--password="_L1 + hexadecimal, u"--show-encryption"_s, bench.out(u"a.pdf"_s)});
+    QVERIFY2(found.contains("Supplied password is user password"), found);
+}
+
 void TestPasswords::longPasswords_data()
 {
     QTest::addColumn<QString>("password");
     QTest::newRow("33 letters") << QString(32, u'x') + u'y';
     QTest::newRow("backslash in the last place") << QString(31, u'x') + u"\\y"_s;
-    QTest::newRow("a letter across the end") << QString(31, u'x') + u"éy"_s;
     QTest::newRow("thousands of letters") << u"sesame"_s.repeated(2000);
 }
 

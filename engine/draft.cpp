@@ -1,7 +1,6 @@
 #include "draft.h"
 
 #include "failure.h"
-#include "filesize.h"
 #include "platform.h"
 
 #include <fcntl.h>
@@ -69,11 +68,6 @@ void Draft::giveName(bool unnamed)
     const int error = errno;
     m_privateFolder.forget();
     throw Failure::ofSystem("no file in " + m_folderPath, error);
-}
-
-std::uintmax_t Draft::size() const
-{
-    return sizeOf(m_file.get());
 }
 
 // Some milliseconds a copy, for which nobody finds an empty file under its name after a power cut;

@@ -23,9 +23,6 @@ public:
 
     [[nodiscard]] int file() const { return m_file.get(); }
 
-    /// The bytes so far.
-    [[nodiscard]] std::uintmax_t size() const;
-
     /// The draft becomes the output, once it is safe on the disk.
     void publish(Output &output);
 

@@ -154,14 +154,24 @@ void reset(const Form &ui, std::span<const ResetValue> values)
         fromStored(ui, control, QString(value), value);
 }
 
+// The tables of the keys and of the controls belong together.
+template <typename Table, typename Key>
+const auto &rowOf(const Table &table, QLatin1String key, Key member)
+{
+    const auto row = std::ranges::find(table, key, member);
+    if (row == std::ranges::end(table))
+        qFatal("an option is missing in a table: %s", key.latin1());
+    return *row;
+}
+
 QLatin1String dialogDefault(QLatin1String key)
 {
-    return std::ranges::find(core::settingsKeys(), key, &core::SettingsKey::name)->dialogDefault;
+    return rowOf(core::settingsKeys(), key, &core::SettingsKey::name).dialogDefault;
 }
 
 const Control &controlOf(QLatin1String key)
 {
-    return std::ranges::find(options(), key, &Option::key)->control;
+    return rowOf(options(), key, &Option::key).control;
 }
 
 } // namespace

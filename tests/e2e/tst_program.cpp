@@ -28,6 +28,7 @@ private slots:
     void programAndEngineLieSideBySide();
     void startsFromAnywhere_data();
     void startsFromAnywhere();
+    void pluginsAreThoseOfItsTree();
     void installedTreeHasTheSameShape();
 
 private:
@@ -65,6 +66,10 @@ void TestProgram::startsFromAnywhere()
     }
     QProcess program;
     program.setWorkingDirectory(elsewhere.path());
+    auto environment = QProcessEnvironment::systemEnvironment();
+    for (const char *folder : {"HOME", "TMPDIR"})
+        environment.insert(folder, elsewhere.path());
+    program.setProcessEnvironment(environment);
     program.start(start, QStringList());
     QVERIFY(program.waitForStarted(bound));
     const QString self = QString("/proc/%1/").arg(program.processId());
@@ -72,6 +77,31 @@ void TestProgram::startsFromAnywhere()
     QTRY_VERIFY_WITH_TIMEOUT(readAll(self + "maps").contains("libqjpeg"), bound);
     QTRY_VERIFY_WITH_TIMEOUT(readAll(self + "maps").contains("libqico"), bound);
     QCOMPARE(QFileInfo(self + "cwd").symLinkTarget(), QFileInfo(m_program).path());
+    program.terminate();
+    QVERIFY(program.waitForFinished(bound));
+}
+
+// Not those where Qt itself would look, but for the one of the screen, which comes before.
+void TestProgram::pluginsAreThoseOfItsTree()
+{
+    const QTemporaryDir tree;
+    const QString built = QFileInfo(m_program).path() + "/..";
+    QVERIFY(QDir(tree.path()).mkdir("bin"));
+    QCOMPARE(QProcess::execute("cp", {m_program, tree.filePath("bin")}), 0);
+    QCOMPARE(QProcess::execute("cp", {"-rL", built + "/Plugins", tree.path()}), 0);
+    QProcess program;
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("TMPDIR", tree.path());
+    program.setProcessEnvironment(environment);
+    program.start(tree.filePath("bin/corvane"), QStringList());
+    QVERIFY(program.waitForStarted(bound));
+    const QString maps = QString("/proc/%1/maps").arg(program.processId());
+    for (const char *plugin : {"libqjpeg.so", "libqico.so"}) {
+        QTRY_VERIFY_WITH_TIMEOUT(readAll(maps).contains(plugin), bound);
+        const QByteArray from = tree.path().toUtf8() + "/Plugins/";
+        for (const QByteArray &line : readAll(maps).split('\n'))
+            QVERIFY2(!line.contains(plugin) || line.contains(from), line);
+    }
     program.terminate();
     QVERIFY(program.waitForFinished(bound));
 }

@@ -47,7 +47,6 @@ struct Permissions
     bool change = false;
     bool copy = false;
     bool comment = false;
-    bool operator==(const Permissions &) const = default;
 };
 Permissions permissions(const QString &pdf, const QString &userPassword);
 

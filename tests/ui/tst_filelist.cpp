@@ -25,6 +25,8 @@
 
 namespace {
 
+constexpr int bound = 30000; // ms
+
 // Takes the place of the desktop's default application.
 class OpenedFiles : public QObject
 {
@@ -297,7 +299,7 @@ void TestFileList::toolTipIsReadable()
     const QPoint place = table()->visualItemRect(table()->item(0, 0)).center();
     QHelpEvent help(QEvent::ToolTip, place, table()->viewport()->mapToGlobal(place));
     QApplication::sendEvent(table()->viewport(), &help);
-    QTRY_VERIFY(QToolTip::isVisible());
+    QTRY_VERIFY_WITH_TIMEOUT(QToolTip::isVisible(), bound);
     QCOMPARE(QToolTip::text(), QString("/x/a name.pdf"));
     QWidget *tip = nullptr;
     for (QWidget *widget : QApplication::topLevelWidgets()) {

@@ -68,7 +68,7 @@ private slots:
     void aboutCanBeSetAgain();
     void dialogsGiveTheirResult_data();
     void dialogsGiveTheirResult();
-    void standingProcessesOutliveTheWindow();
+    void standingProcessesAreNoChildren();
     void previewTimerRestsUntilAsked();
     void pictures_data();
     void pictures();
@@ -425,7 +425,7 @@ void TestMainForm::dialogsGiveTheirResult()
     QCOMPARE(result, accepted ? 1 : 0);
 }
 
-void TestMainForm::standingProcessesOutliveTheWindow()
+void TestMainForm::standingProcessesAreNoChildren()
 {
     QVERIFY(m_window->findChildren<QProcess *>().isEmpty());
 }

@@ -17,6 +17,8 @@
 
 namespace {
 
+constexpr int bound = 30000; // ms
+
 // A protected function of QObject, opened for counting connections.
 int receiverCount(const QObject *sender, const char *signal)
 {
@@ -396,7 +398,7 @@ void TestOpDialogRules::menuOfAPasswordFieldDoesNotLeaveIt()
     QContextMenuEvent menuEvent(QContextMenuEvent::Keyboard, {5, 5},
                                 field->mapToGlobal(QPoint(5, 5)));
     QApplication::sendEvent(field, &menuEvent);
-    QTRY_VERIFY(QApplication::activePopupWidget());
+    QTRY_VERIFY_WITH_TIMEOUT(QApplication::activePopupWidget(), bound);
     QVERIFY(!warns());
     QApplication::activePopupWidget()->close();
     QVERIFY(!warns());

@@ -22,6 +22,8 @@
 
 namespace {
 
+constexpr int bound = 30000; // ms
+
 using Values = QMap<QString, QString>;
 
 // Everything the dialog lets the user set, by object name. The pages go by their texts.
@@ -404,13 +406,13 @@ void TestOptionsTrip::applyDuringARunCountsFromTheNextFile()
     QCOMPARE(table->rowCount(), 3);
     program.findChild<QLineEdit *>("outputfolderEdit")->setText(m_sandbox->outputFolder());
     program.findChild<QPushButton *>("runButton")->click();
-    QTRY_COMPARE(m_engine->startCount(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(m_engine->startCount(), 1, bound);
 
     applyOptions(program, {{"lineEdit_clr_res", "72"}, {"lineEdit_title", "T"}});
     QCOMPARE(m_engine->startCount(), 1);
     m_engine->open();
-    QTRY_COMPARE(m_engine->startCount(), 3);
-    QTRY_VERIFY(table->item(2, 2));
+    QTRY_COMPARE_WITH_TIMEOUT(m_engine->startCount(), 3, bound);
+    QTRY_VERIFY_WITH_TIMEOUT(table->item(2, 2), bound);
 
     QCOMPARE(m_engine->inputs(), QStringList({"a", "b", "c"}));
     const QList<QStringList> starts = m_engine->starts();

@@ -66,8 +66,6 @@ public:
     /// How many pixels of the progress bar are green.
     int progressSeen() const;
     QImage mainPicture() const;
-    /// The place of a widget in the main window's picture.
-    QRect mainRect(const QString &widget) const { return m_mainForm.rect(widget); }
 
     /// Whether a verdict is shown in a row; the table must not be scrolled.
     bool resultSeen(int row) const;

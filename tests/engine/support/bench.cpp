@@ -10,8 +10,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int bound = 120'000; // ms
-
 const char *const defaultSwitches =
     "-q -dBATCH -dMaxBitmap=300000000 -dNOPAUSE -dSAFER -sDEVICE=pdfwrite "
     "-dCompatibilityLevel=1.4 -dDownsampleColorImages=true -dColorImageDownsampleType=/Bicubic "
@@ -24,7 +22,7 @@ const char *const defaultSwitches =
 
 Run resultOf(QProcess &process)
 {
-    const bool ended = process.waitForFinished(bound);
+    const bool ended = process.waitForFinished(Bench::bound);
     Run run;
     if (ended && process.exitStatus() == QProcess::NormalExit)
         run.status = process.exitCode();

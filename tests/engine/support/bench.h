@@ -21,6 +21,9 @@ struct Run
 class Bench
 {
 public:
+    /// Beyond what a busy machine takes for anything; in ms.
+    static constexpr int bound = 120'000;
+
     enum Confinement { Confined, Unconfined };
 
     /// What a program may have to do without.

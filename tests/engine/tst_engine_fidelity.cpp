@@ -42,6 +42,7 @@ private slots:
     void misleadingLinks_data();
     void misleadingLinks();
     void linksComeBack();
+    void linksKeepTheirLooks();
     void linksOfAMovedPageDont();
     void viewing_data();
     void viewing();
@@ -181,6 +182,21 @@ void TestFidelity::linksComeBack()
     auto second = QPDFPageDocumentHelper(copy).getAllPages().back().getObjectHandle();
     QCOMPARE(link.getKey("/Dest").getArrayItem(0).getObjGen().getObj(),
              second.getObjGen().getObj());
+}
+
+// And nothing that leads back into the original.
+void TestFidelity::linksKeepTheirLooks()
+{
+    const QByteArray looks = "/BS << /W 2 >> /Border [ 1 1 1 ] /C [ 1 0 0 ] /Contents (here) /F 8 "
+                             "/H /P /QuadPoints [ 0 0 9 0 9 9 0 9 ] /Rect [ 0 0 9 9 ]";
+    Document original(documents::links("/MediaBox [0 0 200 200]", {},
+                                       "<< /Type /Annot /Subtype /Link /P 3 0 R /StructParent 1 " +
+                                           looks + " >>"));
+    Document copy(documents::links("/MediaBox [0 0 200 200]", {}, {}));
+    engine::restoreLinks(copy, original, false);
+    auto link = QPDFPageDocumentHelper(copy).getAllPages().front().getAnnotations("/Link").front();
+    const QByteArray expected = "<< " + looks + " /Subtype /Link /Type /Annot >>";
+    QCOMPARE(QByteArray::fromStdString(link.getObjectHandle().unparseResolved()), expected);
 }
 
 void TestFidelity::linksOfAMovedPageDont()

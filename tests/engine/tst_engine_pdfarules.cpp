@@ -22,6 +22,7 @@ private slots:
     void allowed();
     void largeNumbers();
     void notesKeepTheirSize();
+    void whatIsTakenOut();
 };
 
 void TestPdfaRules::claimOfPdfa_data()
@@ -149,6 +150,21 @@ void TestPdfaRules::notesKeepTheirSize()
     Document other(showing({}, {formOf({}), "<< /Rect [0 0 9 9] /Subtype /Ink /F 4 >>"}));
     engine::settlePdfa(other);
     QCOMPARE(other->getObject(6, 0).getKey("/F").getIntValue(), 4);
+}
+
+void TestPdfaRules::whatIsTakenOut()
+{
+    const QByteArray looks = "<< /N 5 0 R /D 5 0 R /R 5 0 R >>";
+    const QByteArray font =
+        "<< /Subtype /Type3 /Encoding << /BaseEncoding /WinAnsiEncoding /Differences [] >> >>";
+    Document document(showing({}, {formOf({}), "[<< /Rect [0 0 9 9] /Subtype /Ink /AP " + looks +
+                                                   " >> " + font + " << /AP " + looks + " >>]"}));
+    engine::settlePdfa(document);
+    auto list = document->getObject(6, 0);
+    QCOMPARE(list.getArrayItem(0).getKey("/AP").unparse(), std::string("<< /N 5 0 R >>"));
+    QCOMPARE(list.getArrayItem(1).getKey("/Encoding").unparse(),
+             std::string("<< /Differences [ ] >>"));
+    QCOMPARE(list.getArrayItem(2).getKey("/AP").getKeys().size(), 3U);
 }
 
 QTEST_GUILESS_MAIN(TestPdfaRules)

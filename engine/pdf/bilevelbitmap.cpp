@@ -1,6 +1,6 @@
 #include "bilevelbitmap.h"
 
-#include "../faxdecoder.h"
+#include "../formats/faxdecoder.h"
 #include "jbig2decoding.h"
 #include "streams.h"
 #include "walk.h"

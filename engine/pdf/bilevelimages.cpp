@@ -1,6 +1,6 @@
 #include "bilevelimages.h"
 
-#include "../jbig2.h"
+#include "../formats/jbig2.h"
 #include "bilevelbitmap.h"
 #include "foreign.h"
 #include "streams.h"

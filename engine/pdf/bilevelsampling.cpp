@@ -1,6 +1,6 @@
 #include "bilevelsampling.h"
 
-#include "../downsampling.h"
+#include "../formats/downsampling.h"
 #include "bilevelbitmap.h"
 #include "deflate.h"
 #include "streams.h"

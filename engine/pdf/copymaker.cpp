@@ -1,12 +1,12 @@
 #include "copymaker.h"
 
 #include "../filesize.h"
-#include "../judgement.h"
 #include "bilevelimages.h"
 #include "bilevelsampling.h"
 #include "copywriter.h"
 #include "description.h"
 #include "document.h"
+#include "judgement.h"
 #include "links.h"
 #include "losses.h"
 #include "pdfa.h"

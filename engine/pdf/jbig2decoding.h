@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../bitmap.h"
+#include "../formats/bitmap.h"
 
 #include <optional>
 #include <string>

@@ -1,6 +1,6 @@
 #include "texts.h"
 
-#include "../tounicode.h"
+#include "../formats/tounicode.h"
 #include "streams.h"
 #include "walk.h"
 

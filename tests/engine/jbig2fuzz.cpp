@@ -6,7 +6,7 @@
 
 #include "bench.h"
 #include "bitmaps.h"
-#include "engine/jbig2.h"
+#include "engine/formats/jbig2.h"
 
 #include <QTemporaryDir>
 

@@ -1,5 +1,5 @@
 #include "bitmaps.h"
-#include "engine/faxdecoder.h"
+#include "engine/formats/faxdecoder.h"
 
 #include <QTemporaryDir>
 #include <QTest>

@@ -1,7 +1,7 @@
 #include "bitmaps.h"
-#include "engine/arithmeticencoder.h"
-#include "engine/halftone.h"
-#include "engine/jbig2.h"
+#include "engine/formats/arithmeticencoder.h"
+#include "engine/formats/halftone.h"
+#include "engine/formats/jbig2.h"
 
 #include <QTemporaryDir>
 #include <QTest>

@@ -1,13 +1,13 @@
-#include "engine/downsampling.h"
 #include "engine/failure.h"
+#include "engine/formats/downsampling.h"
+#include "engine/formats/tounicode.h"
+#include "engine/formats/xmp.h"
 #include "engine/ghostscript.h"
-#include "engine/judgement.h"
 #include "engine/limits.h"
 #include "engine/marktexts.h"
+#include "engine/pdf/judgement.h"
 #include "engine/phrasewatch.h"
 #include "engine/stallwatch.h"
-#include "engine/tounicode.h"
-#include "engine/xmp.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/bitmap.h"
+#include "engine/formats/bitmap.h"
 
 #include <QByteArray>
 #include <QList>

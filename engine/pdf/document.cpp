@@ -56,10 +56,10 @@ Document::Document(int file, const std::string &password, Trust trust)
 int Document::pages()
 {
     try {
-        const int pages = int(m_pdf->getAllPages().size());
+        const int count = int(m_pdf->getAllPages().size());
         if (m_trust == Trust::Foreign)
             m_sound = mendedBelow(m_pdf->getRoot().getKey("/Pages")).sound && m_sound;
-        return pages;
+        return count;
     } catch (const std::exception &) {
         if (m_trust == Trust::Own)
             throw;

@@ -101,7 +101,8 @@ void TestContents::drawnOnce()
     const QByteArray holder = "/Subtype /Form /Resources << /XObject << /Y 6 0 R /Z 5 0 R >> >>";
     Document document(showing({}, {formOf({}, holder), formOf({}, "/Subtype /Image")}));
     std::vector<int> numbers;
-    for (auto object : engine::drawnObjects(document))
+    auto objects = engine::drawnObjects(document);
+    for (auto &object : objects)
         numbers.push_back(object.getObjectID());
     QCOMPARE(numbers, std::vector<int>({5, 6}));
 }
@@ -124,7 +125,8 @@ void TestContents::reachable()
         with({"<< /Inner << /Deep [<< /Last true >>] >> >>", "(nobody's)"}, "/Six 6 0 R"));
     QCOMPARE(engine::reachableObjects(document).size(), 6U);
     int last = 0;
-    for (auto dictionary : engine::reachableDictionaries(document))
+    auto dictionaries = engine::reachableDictionaries(document);
+    for (auto &dictionary : dictionaries)
         last += int(dictionary.hasKey("/Last"));
     QCOMPARE(last, 1);
 }

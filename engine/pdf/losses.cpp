@@ -57,9 +57,11 @@ std::size_t comments(QPDF &document)
 std::size_t holdersOf(QPDF &document, const char *key)
 {
     const auto dictionaries = reachableDictionaries(document);
-    return std::size_t(
-        std::count_if(dictionaries.begin(), dictionaries.end(),
-                      [key](QPDFObjectHandle holder) { return holder.hasKey(key); }));
+    const auto holds = [key](QPDFObjectHandle holder) {
+        QPDFObjectHandle value = holder.getKey(key);
+        return !value.isNull() && !(value.isBool() && !value.getBoolValue());
+    };
+    return std::size_t(std::count_if(dictionaries.begin(), dictionaries.end(), holds));
 }
 
 std::size_t replies(QPDF &document)

@@ -113,6 +113,7 @@ void TestFidelity::strange_data()
     QTest::addColumn<QByteArray>("object");
     QTest::addColumn<QByteArray>("name");
     QTest::newRow("nothing") << QByteArray("<< /SMask 7 0 R >>") << QByteArray();
+    QTest::newRow("ordinary form") << QByteArray("<< /NeedsRendering false >>") << QByteArray();
     QTest::newRow("matte") << pdfStream("/Matte [0 0 0]", "x")
                            << QByteArray("colours mixed with a mask");
     QTest::newRow("layers") << QByteArray("[<< /Type /OCMD /VE [/Not 7 0 R] >>]")

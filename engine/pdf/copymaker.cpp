@@ -38,6 +38,13 @@ std::optional<int> pagesOf(const std::unique_ptr<Document> &document)
     }
 }
 
+void restoreWhatIsDropped(QPDF &copy, QPDF &original, bool printableLinks)
+{
+    restoreViewing(copy, original);
+    restoreOwnEntries(copy, original);
+    restoreLinks(copy, original, printableLinks);
+}
+
 class CopyMaker
 {
 public:
@@ -126,9 +133,7 @@ std::string CopyMaker::lossOfPdfa()
         return "it has an attachment";
     if (const std::string strange = strangeness(original); !strange.empty())
         return "it has " + strange;
-    restoreViewing(copy, original);
-    restoreOwnEntries(copy, original);
-    restoreLinks(copy, original, true);
+    restoreWhatIsDropped(copy, original, true);
     if (!restoreLetters(copy, original))
         return "letters would be lost";
     if (linksOf(copy) < linksOf(original) || misleadsLinks(copy, original))
@@ -146,9 +151,7 @@ bool CopyMaker::losesNothing()
     try {
         if (needsForeignFonts(original) || !strangeness(original).empty())
             return false;
-        restoreViewing(copy, original);
-        restoreOwnEntries(copy, original);
-        restoreLinks(copy, original, false);
+        restoreWhatIsDropped(copy, original, false);
         return restoreLetters(copy, original) && !misleadsLinks(copy, original) &&
                lossOf(original, copy).empty();
     } catch (const QPDFExc &) {

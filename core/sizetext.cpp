@@ -14,4 +14,14 @@ QString sizeText(qint64 bytes)
     return QString::asprintf("%14.3f KB", size / 1000.0);
 }
 
+QString briefSizeText(qint64 bytes)
+{
+    const auto size = static_cast<double>(bytes);
+    if (bytes < 1000)
+        return QString::asprintf("%.0f B", size);
+    if (bytes < 1000000)
+        return QString::asprintf("%.1f KB", size / 1000.0);
+    return QString::asprintf("%.1f MB", size / 1000000.0);
+}
+
 } // namespace core

@@ -1,27 +1,15 @@
 #include "verdict.h"
 
-#include <QFileInfo>
-
 namespace core {
 
-namespace {
-
-// An engine that gives up still leaves an empty page of 2 to 3 KB: an output this small is none.
-constexpr qint32 smallestOutput = 5001;
-
-} // namespace
+qint32 judgedSize(qint64 size)
+{
+    return static_cast<qint32>(size);
+}
 
 Verdict judge(qint64 size, bool exists)
 {
-    if (static_cast<qint32>(size) < smallestOutput)
-        return Verdict::failed;
-    return exists ? Verdict::succeed : Verdict::failed;
-}
-
-Verdict judgeOutput(const QString &path)
-{
-    const QFileInfo output(path);
-    return judge(output.size(), output.exists());
+    return exists && judgedSize(size) > largestFailure ? Verdict::succeed : Verdict::failed;
 }
 
 } // namespace core

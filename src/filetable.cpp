@@ -43,7 +43,7 @@ QString toolTip(const QString &path)
 
 // A tip takes the style sheet of the widget that it is shown for, and the table's makes it black on
 // black: it is shown for the window instead.
-class PathTips : public QStyledItemDelegate
+class Tips : public QStyledItemDelegate
 {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
@@ -101,7 +101,9 @@ void prepare(QTableWidget &table)
     table.horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
     table.setTextElideMode(Qt::ElideLeft);
     table.setWordWrap(false);
-    table.setItemDelegateForColumn(pathColumn, new PathTips(&table));
+    auto *tips = new Tips(&table);
+    table.setItemDelegateForColumn(pathColumn, tips);
+    table.setItemDelegateForColumn(resultColumn, tips);
 }
 
 void insertFiles(QTableWidget &table, int row, const QFileInfoList &files)
@@ -115,6 +117,15 @@ void insertFiles(QTableWidget &table, int row, const QFileInfoList &files)
 QString path(const QTableWidget &table, int row)
 {
     return table.item(row, pathColumn)->text();
+}
+
+// The item is whole before it is set: a sorted table moves the row then.
+void setResult(QTableWidget &table, int row, const QString &verdict, const QString &outcome)
+{
+    auto *item = new QTableWidgetItem(verdict);
+    item->setToolTip(outcome);
+    item->setData(Qt::AccessibleDescriptionRole, outcome);
+    table.setItem(row, resultColumn, item);
 }
 
 void selectFirstRow(QTableWidget &table)

@@ -26,6 +26,10 @@ void insertFiles(QTableWidget &table, int row, const QFileInfoList &files);
 /// Full path of the file in a row.
 QString path(const QTableWidget &table, int row);
 
+/// Replaces a row's result by `verdict`. What it means in `outcome` is its tool tip, and its
+/// description for those who don't see one.
+void setResult(QTableWidget &table, int row, const QString &verdict, const QString &outcome);
+
 /// Makes row 0 current and selects it.
 void selectFirstRow(QTableWidget &table);
 

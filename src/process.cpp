@@ -7,6 +7,7 @@
 #include "core/commandline.h"
 #include "core/droppedfiles.h"
 #include "core/engineswitches.h"
+#include "core/outcometext.h"
 #include "core/outputname.h"
 #include "core/settings.h"
 
@@ -332,10 +333,16 @@ bool Process::hasOutputFolder() const
 // A file whose row was removed meanwhile gets no verdict; no other file gets it instead.
 void Process::judgeStartedFile()
 {
-    const QString text = verdictText(core::judgeOutput(outputfile));
-    if (startedrow.isValid())
-        ui->inputfiletableWidget->setItem(startedrow.row(), filetable::resultColumn,
-                                          new QTableWidgetItem(text));
+    if (!startedrow.isValid())
+        return;
+    QTableWidget &table = *ui->inputfiletableWidget;
+    const int row = startedrow.row();
+    const std::optional<qint64> copy = core::sizeOfFile(outputfile);
+    filetable::setResult(
+        table, row, verdictText(core::judge(copy.value_or(0), copy.has_value())),
+        core::outcomeText({.original = core::sizeOfFile(filetable::path(table, row)),
+                           .copy = copy,
+                           .threshold = core::largestFailure}));
 }
 
 QString Process::verdictText(core::Verdict verdict) const

@@ -9,6 +9,8 @@ class TestSizeText : public QObject
 private slots:
     void text_data();
     void text();
+    void briefText_data();
+    void briefText();
 };
 
 void TestSizeText::text_data()
@@ -33,6 +35,26 @@ void TestSizeText::text()
 {
     QFETCH(qint64, bytes);
     QTEST(core::sizeText(bytes), "expected");
+}
+
+void TestSizeText::briefText_data()
+{
+    QTest::addColumn<qint64>("bytes");
+    QTest::addColumn<QString>("expected");
+
+    QTest::newRow("nothing") << Q_INT64_C(0) << "0 B";
+    QTest::newRow("largest in B") << Q_INT64_C(999) << "999 B";
+    QTest::newRow("smallest in KB") << Q_INT64_C(1000) << "1.0 KB";
+    QTest::newRow("rounded up") << Q_INT64_C(193960) << "194.0 KB";
+    QTest::newRow("largest in KB") << Q_INT64_C(999949) << "999.9 KB";
+    QTest::newRow("smallest in MB") << Q_INT64_C(1000000) << "1.0 MB";
+    QTest::newRow("4 GiB and 1000") << Q_INT64_C(0x1000003e8) << "4295.0 MB";
+}
+
+void TestSizeText::briefText()
+{
+    QFETCH(qint64, bytes);
+    QTEST(core::briefSizeText(bytes), "expected");
 }
 
 QTEST_GUILESS_MAIN(TestSizeText)

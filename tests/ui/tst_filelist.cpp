@@ -1,6 +1,5 @@
 #include "src/filetable.h"
 #include "src/process.h"
-#include "support/darkdesktop.h"
 #include "support/dragdrop.h"
 #include "support/modal.h"
 #include "support/sandbox.h"
@@ -8,7 +7,6 @@
 #include <QDesktopServices>
 #include <QFileDialog>
 #include <QHeaderView>
-#include <QHelpEvent>
 #include <QLineEdit>
 #include <QMimeData>
 #include <QPushButton>
@@ -17,7 +15,6 @@
 #include <QTableWidget>
 #include <QTest>
 #include <QTimer>
-#include <QToolTip>
 #include <QUrl>
 
 #include <memory>
@@ -62,9 +59,6 @@ private slots:
     void sameFileTwiceGivesTwoRows();
     void sizes_data();
     void sizes();
-    void toolTipGivesTheWholePath();
-    void toolTipIsReadable_data();
-    void toolTipIsReadable();
     void narrowColumnShowsTheName();
     void dragIsTakenIfItCarriesUrls();
     void dropPutsEachFileAboveTheOneBefore();
@@ -268,57 +262,6 @@ void TestFileList::sizes()
     drop({local(path)});
     QCOMPARE(cell(0, 0), path);
     QCOMPARE(cell(0, 1), text);
-}
-
-void TestFileList::toolTipGivesTheWholePath()
-{
-    const QString plain = m_sandbox->addInput("a & b.pdf");
-    drop({local(plain)});
-    QCOMPARE(table()->item(0, 0)->toolTip(), plain);
-    // Not rich text, whatever it looks like.
-    const QString odd = m_sandbox->addInput("<b>bold<b>&amp;.pdf");
-    drop({local(odd)});
-    QCOMPARE(table()->item(1, 0)->toolTip(), "<qt>" + odd.toHtmlEscaped() + "</qt>");
-}
-
-void TestFileList::toolTipIsReadable_data()
-{
-    QTest::addColumn<bool>("dark");
-    QTest::newRow("light desktop") << false;
-    QTest::newRow("dark desktop") << true;
-}
-
-// The table's style sheet must not reach it.
-void TestFileList::toolTipIsReadable()
-{
-    QFETCH(bool, dark);
-    const QPalette former = QApplication::palette();
-    if (dark)
-        QApplication::setPalette(darkDesktop());
-    drop({local("/x/a name.pdf")});
-    const QPoint place = table()->visualItemRect(table()->item(0, 0)).center();
-    QHelpEvent help(QEvent::ToolTip, place, table()->viewport()->mapToGlobal(place));
-    QApplication::sendEvent(table()->viewport(), &help);
-    QTRY_VERIFY_WITH_TIMEOUT(QToolTip::isVisible(), bound);
-    QCOMPARE(QToolTip::text(), QString("/x/a name.pdf"));
-    QWidget *tip = nullptr;
-    for (QWidget *widget : QApplication::topLevelWidgets()) {
-        if (widget->inherits("QTipLabel") && widget->isVisible())
-            tip = widget;
-    }
-    QVERIFY(tip);
-    const QImage picture = tip->grab().toImage();
-    int darkest = 255;
-    int lightest = 0;
-    for (int y = 2; y < picture.height() - 2; ++y) {
-        for (int x = 2; x < picture.width() - 2; ++x) {
-            darkest = std::min(darkest, qGray(picture.pixel(x, y)));
-            lightest = std::max(lightest, qGray(picture.pixel(x, y)));
-        }
-    }
-    QApplication::setPalette(former);
-    QVERIFY(lightest - darkest > 120);
-    QToolTip::hideText();
 }
 
 void TestFileList::narrowColumnShowsTheName()

@@ -168,8 +168,9 @@ void TestTranslation::noOutputFolder()
 void TestTranslation::verdicts_data()
 {
     QTest::addColumn<qint64>("bytes");
-    QTest::newRow("Process: Succeed") << qint64(6000);
-    QTest::newRow("Process: Failed") << qint64(0);
+    QTest::addColumn<QString>("tip");
+    QTest::newRow("Process: Succeed") << qint64(6000) << "Outcomes: 10 B to 6.0 KB, Outcomes: ";
+    QTest::newRow("Process: Failed") << qint64(-1) << "Outcomes: No copy was made";
 }
 
 void TestTranslation::verdicts()
@@ -181,6 +182,8 @@ void TestTranslation::verdicts()
     press("runButton");
     QTRY_VERIFY_WITH_TIMEOUT(table()->item(0, 2), bound);
     QCOMPARE(table()->item(0, 2)->text(), QString(QTest::currentDataTag()));
+    QFETCH(QString, tip);
+    QVERIFY(table()->item(0, 2)->toolTip().startsWith(tip));
 }
 
 QTEST_MAIN(TestTranslation)

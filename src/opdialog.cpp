@@ -11,7 +11,6 @@
 #include <QFocusEvent>
 #include <QSettings>
 
-#include <algorithm>
 #include <iterator>
 
 using namespace Qt::StringLiterals;
@@ -20,77 +19,6 @@ using namespace optioncontrols;
 namespace {
 
 // clang-format off
-
-struct ResetValue
-{
-    Control control;
-    QLatin1String value;
-};
-
-// Not the defaults: Security and Description come back off, and the permissions denied.
-constexpr ResetValue resetPages[] = {
-    {Page::image,       "Ok"_L1},
-    {Page::fonts,       "Ok"_L1},
-    {Page::security,    "No"_L1},
-    {Page::description, "No"_L1},
-};
-constexpr ResetValue resetValues[] = {
-    {&Form::comboBox_clr_down_type,     "3"_L1},
-    {&Form::lineEdit_clr_res,           "150"_L1},
-    {&Form::comboBox_gry_down_type,     "3"_L1},
-    {&Form::lineEdit__gry_res,          "150"_L1},
-    {&Form::comboBox__mno_down_type,    "3"_L1},
-    {&Form::lineEdit_mno_res,           "300"_L1},
-    {&Form::comboBox_clr_compress,      "1"_L1},
-    {&Form::comboBox_gry_compress,      "1"_L1},
-    {&Form::comboBox_mno_compress,      "4"_L1},
-    {&Form::checkBox_embedallfonts,     "Ok"_L1},
-    {&Form::checkBox_subset,            "Ok"_L1},
-    {&Form::checkBox_compressfonts,     "Ok"_L1},
-    {&Form::lineEdit_ownerpassword,     ""_L1},
-    {&Form::lineEdit_userpassword,      ""_L1},
-    {&Form::checkBox_allow_add,         "No"_L1},
-    {&Form::checkBox_allow_copy,        "No"_L1},
-    {&Form::checkBox_allow_modcontents, "No"_L1},
-    {&Form::checkBox_allow_print,       "No"_L1},
-    {&Form::checkBox_pdfa,              "No"_L1},
-    {&Form::lineEdit_author,            ""_L1},
-    {&Form::lineEdit_creator,           ""_L1},
-    {&Form::lineEdit_keywords,          ""_L1},
-    {&Form::lineEdit_producer,          ""_L1},
-    {&Form::lineEdit_subject,           ""_L1},
-    {&Form::lineEdit_title,             ""_L1},
-};
-
-// The controls whose changes linkCustomSetting() hears of.
-using CustomControl = std::variant<QComboBox *Form::*, QLineEdit *Form::*, QCheckBox *Form::*>;
-constexpr CustomControl customControls[] = {
-    &Form::comboBox_clr_down_type,
-    &Form::comboBox_clr_compress,
-    &Form::comboBox_gry_down_type,
-    &Form::comboBox_gry_compress,
-    &Form::comboBox__mno_down_type,
-    &Form::comboBox_mno_compress,
-    &Form::lineEdit_clr_res,
-    &Form::lineEdit__gry_res,
-    &Form::lineEdit_mno_res,
-    &Form::lineEdit_author,
-    &Form::lineEdit_creator,
-    &Form::lineEdit_keywords,
-    &Form::lineEdit_producer,
-    &Form::lineEdit_subject,
-    &Form::lineEdit_title,
-    &Form::lineEdit_ownerpassword,
-    &Form::lineEdit_userpassword,
-    &Form::checkBox_embedallfonts,
-    &Form::checkBox_compressfonts,
-    &Form::checkBox_subset,
-    &Form::checkBox_pdfa,
-    &Form::checkBox_allow_add,
-    &Form::checkBox_allow_copy,
-    &Form::checkBox_allow_modcontents,
-    &Form::checkBox_allow_print,
-};
 
 // The resolution of an image kind has no meaning, and isn't shown, while its type is "Closed".
 constexpr int closedType = 0;
@@ -115,27 +43,6 @@ constexpr QLineEdit *Form::*descriptionFields[] = {
 
 // clang-format on
 
-// A control and the signal that tells of its change.
-struct Change
-{
-    QObject *sender;
-    const char *signal;
-};
-struct ChangeOf
-{
-    const Form &ui;
-
-    Change operator()(QComboBox *Form::*combo) const
-    {
-        return {ui.*combo, SIGNAL(currentIndexChanged(int))};
-    }
-    Change operator()(QLineEdit *Form::*edit) const
-    {
-        return {ui.*edit, SIGNAL(textChanged(QString))};
-    }
-    Change operator()(QCheckBox *Form::*box) const { return {ui.*box, SIGNAL(toggled(bool))}; }
-};
-
 void showResolution(const Form &ui, const ResolutionTrio &trio, bool visible)
 {
     (ui.*trio.caption)->setVisible(visible);
@@ -148,30 +55,10 @@ bool isClosed(const Form &ui, const ResolutionTrio &trio)
     return (ui.*trio.type)->currentIndex() == closedType;
 }
 
-void reset(const Form &ui, std::span<const ResetValue> values)
+void reset(const Form &ui, std::span<const Option> options)
 {
-    for (const auto &[control, value] : values)
-        fromStored(ui, control, QString(value), value);
-}
-
-// The tables of the keys and of the controls belong together.
-template <typename Table, typename Key>
-const auto &rowOf(const Table &table, QLatin1String key, Key member)
-{
-    const auto row = std::ranges::find(table, key, member);
-    if (row == std::ranges::end(table))
-        qFatal("an option is missing in a table: %s", key.latin1());
-    return *row;
-}
-
-QLatin1String dialogDefault(QLatin1String key)
-{
-    return rowOf(core::settingsKeys(), key, &core::SettingsKey::name).dialogDefault;
-}
-
-const Control &controlOf(QLatin1String key)
-{
-    return rowOf(options(), key, &Option::key).control;
+    for (const Option &option : options)
+        fromStored(ui, option.control, QString(option.resetValue), option.resetValue);
 }
 
 } // namespace
@@ -262,9 +149,10 @@ void OpDialog::setallowshow()
     allCustomDisconnection();
 
     const QSettings settings(core::settingsFilePath(), QSettings::IniFormat);
-    for (const auto &[key, control] : options()) {
-        const QLatin1String byDefault = dialogDefault(key);
-        fromStored(*ui, control, settings.value(key, QString(byDefault)), byDefault);
+    for (const core::SettingsKey &key : core::settingsKeys()) {
+        if (!key.dialogDefault.isNull())
+            fromStored(*ui, controlOf(key.name),
+                       settings.value(key.name, QString(key.dialogDefault)), key.dialogDefault);
     }
     // A type that was "Closed" before has sent no signal.
     for (const ResolutionTrio &trio : {colourTrio, grayTrio, monoTrio}) {
@@ -294,9 +182,9 @@ void OpDialog::setop()
 
 void OpDialog::setGeneralSetting()
 {
-    reset(*ui, resetPages);
+    reset(*ui, pageOptions());
     setstackenable();
-    reset(*ui, resetValues);
+    reset(*ui, valueOptions());
     ui->checkBox_pdfa->setEnabled(true);
     ui->groupBox_warningPDFA->setVisible(false);
 }
@@ -372,16 +260,16 @@ void OpDialog::linkCustomSetting() {}
 
 void OpDialog::allCustomConnection()
 {
-    for (const CustomControl &control : customControls) {
-        const auto [sender, signal] = std::visit(ChangeOf{*ui}, control);
+    for (const Option &option : valueOptions()) {
+        const auto [sender, signal] = changeOf(*ui, option.control);
         connect(sender, signal, this, SLOT(linkCustomSetting()));
     }
 }
 
 void OpDialog::allCustomDisconnection()
 {
-    for (const CustomControl &control : customControls) {
-        const auto [sender, signal] = std::visit(ChangeOf{*ui}, control);
+    for (const Option &option : valueOptions()) {
+        const auto [sender, signal] = changeOf(*ui, option.control);
         disconnect(sender, signal, this, SLOT(linkCustomSetting()));
     }
 }

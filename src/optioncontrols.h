@@ -7,8 +7,8 @@
 #include <span>
 #include <variant>
 
-/// Which control of the options dialog holds which key of the settings file, and how a control's
-/// value becomes the text stored there and back.
+/// Which control of the options dialog holds which key of the settings file, what Reset All makes
+/// of it, how its value becomes the text stored there and back, and how it tells of a change.
 namespace optioncontrols {
 
 using Form = Ui_OpDialog;
@@ -29,11 +29,17 @@ struct Option
 {
     QLatin1String key;
     Control control;
+    QLatin1String resetValue; ///< as it is stored; not the default
 };
 
-/// Every option, in the order in which they are loaded. They are written in the order of
-/// core::settingsKeys().
-std::span<const Option> options();
+/// The options that switch a page, in the order in which they are reset: before the others.
+std::span<const Option> pageOptions();
+
+/// The options on the pages, in the order in which they are reset.
+std::span<const Option> valueOptions();
+
+/// The control of a key that the dialog shows.
+const Control &controlOf(QLatin1String key);
 
 QListWidgetItem *itemOf(const Form &ui, Page page);
 
@@ -46,5 +52,13 @@ QString toStored(const Form &ui, const Control &control);
 /// Puts a stored value into the control. One that the control can't show gives way to the default.
 void fromStored(const Form &ui, const Control &control, const QVariant &stored,
                 QLatin1String byDefault);
+
+/// A widget and the signal that tells of its control's change.
+struct Change
+{
+    QObject *sender;
+    const char *signal;
+};
+Change changeOf(const Form &ui, const Control &control);
 
 } // namespace optioncontrols

@@ -274,7 +274,9 @@ void Process::setdefaultpreview() {}
 
 QString Process::getOption()
 {
-    return core::engineSwitches(storedValues());
+    const core::Values values = storedValues();
+    return core::baseSwitches() + getImageOption() + core::fontSwitches(values) +
+           getSecurityOtion() + core::pdfaSwitches(values);
 }
 
 QString Process::getImageOption()

@@ -1,3 +1,4 @@
+#include "core/engineswitches.h"
 #include "src/process.h"
 #include "support/dragdrop.h"
 #include "support/fakeengine.h"
@@ -292,6 +293,8 @@ void TestBatch::engineSwitches()
              " -q -dBATCH -dMaxBitmap=300000000 -dNOPAUSE -dSAFER -sDEVICE=pdfwrite"
              " -dCompatibilityLevel=1.4" +
                  image + fonts + security + pdfa);
+    QCOMPARE(m_window->getOption(), core::engineSwitches(core::engineValues(QSettings(
+                                        m_sandbox->settingsFile(), QSettings::IniFormat))));
     QCOMPARE(m_window->getImageOption(), image);
     QCOMPARE(m_window->getSecurityOtion(), security);
 }

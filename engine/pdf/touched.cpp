@@ -1,0 +1,67 @@
+#include "touched.h"
+
+#include <cmath>
+#include <cstdio>
+#include <sstream>
+
+namespace engine {
+
+namespace {
+
+std::string lineOf(const TouchedPart &part)
+{
+    char line[512];
+    const int size = std::snprintf(line, sizeof line, "%s %d %d %.9g %.9g %.9g %.9g\n",
+                                   part.kind == PartKind::Image ? "image" : "font", part.object,
+                                   part.page, part.left, part.bottom, part.right, part.top);
+    return {line, std::size_t(size)};
+}
+
+bool isSensible(const TouchedPart &part)
+{
+    return part.object > 0 && part.page >= 0 && std::isfinite(part.left) &&
+           std::isfinite(part.bottom) && std::isfinite(part.right) && std::isfinite(part.top);
+}
+
+std::optional<TouchedPart> partOf(const std::string &line)
+{
+    TouchedPart part;
+    char kind[8] = {};
+    int end = 0;
+    const int read =
+        std::sscanf(line.c_str(), "%7[a-z] %d %d %lf %lf %lf %lf%n", kind, &part.object, &part.page,
+                    &part.left, &part.bottom, &part.right, &part.top, &end);
+    if (read != 7 || std::size_t(end) != line.size() || !isSensible(part))
+        return {};
+    if (kind != std::string("image") && kind != std::string("font"))
+        return {};
+    part.kind = kind == std::string("image") ? PartKind::Image : PartKind::Font;
+    return part;
+}
+
+} // namespace
+
+std::string linesOf(const std::vector<TouchedPart> &parts)
+{
+    std::string lines;
+    for (const TouchedPart &part : parts)
+        lines += lineOf(part);
+    return lines;
+}
+
+std::optional<std::vector<TouchedPart>> partsOf(const std::string &lines)
+{
+    if (!lines.empty() && lines.back() != '\n')
+        return {};
+    std::vector<TouchedPart> parts;
+    std::istringstream stream(lines);
+    for (std::string line; std::getline(stream, line);) {
+        const auto part = partOf(line);
+        if (!part)
+            return {};
+        parts.push_back(*part);
+    }
+    return parts;
+}
+
+} // namespace engine

@@ -1,16 +1,16 @@
 #include "compress.h"
 
-#include "channels.h"
-#include "child.h"
-#include "draft.h"
-#include "failure.h"
-#include "filesize.h"
-#include "finishing.h"
-#include "interpreter.h"
-#include "output.h"
-#include "platform.h"
-#include "privatefolder.h"
-#include "signals.h"
+#include "files/draft.h"
+#include "files/output.h"
+#include "files/privatefolder.h"
+#include "process/channels.h"
+#include "process/child.h"
+#include "process/signals.h"
+#include "stages/copy.h"
+#include "stages/rewriting.h"
+#include "system/failure.h"
+#include "system/filesize.h"
+#include "system/platform.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -31,16 +31,16 @@ Descriptor openFile(const std::string &path)
     return file;
 }
 
-void expect(const Ending &ending, const std::string &who)
+void expect(const ChildResult &result, const std::string &who)
 {
-    if (ending.interrupted)
+    if (result.interrupted)
         throw Failure("ended by a signal", 128 + signals::endRequest());
-    if (!ending.offence.empty())
-        throw Failure(who + " " + ending.offence);
-    if (ending.signal != 0)
-        throw Failure(who + " was ended by signal " + std::to_string(ending.signal), ending.status);
-    if (ending.status != 0)
-        throw Failure(who + " ended with status " + std::to_string(ending.status), ending.status);
+    if (!result.violation.empty())
+        throw Failure(who + " " + result.violation);
+    if (result.signal != 0)
+        throw Failure(who + " was ended by signal " + std::to_string(result.signal), result.status);
+    if (result.status != 0)
+        throw Failure(who + " ended with status " + std::to_string(result.status), result.status);
 }
 
 // On the disk that takes the copy, where that knows files without a name. Ghostscript opens it once
@@ -56,25 +56,25 @@ Descriptor scratchFile(const Output &output, const PrivateFolder &privateFolder)
 
 } // namespace
 
-void compress(const Job &job, const Settings &settings)
+void compress(const Request &request, const Settings &settings)
 {
     // In this order: an output that doesn't exist yet must not become an input that does.
-    const Descriptor document = openFile(job.input);
-    const Descriptor mark = job.mark.empty() ? Descriptor() : openFile(job.mark);
-    Output output(job.output);
+    const Descriptor document = openFile(request.input);
+    const Descriptor mark = request.mark.empty() ? Descriptor() : openFile(request.mark);
+    Output output(request.output);
     const PrivateFolder privateFolder;
     Draft draft(output, privateFolder);
 
     const Descriptor scratch = scratchFile(output, privateFolder);
-    const Material material = {document.get(), mark.get(), scratch.get(), draft.file()};
-    Work work = interpretation(job, material, settings, privateFolder.workFolder());
-    work.doubt = "may be incorrect";
-    work.written = [&] { return sizeOf(scratch.get()) + privateFolder.workSize(); };
-    work.mostWritten = settings.limits.outputFor(sizeOf(document.get()));
-    work.disks = {scratch.get(), privateFolder.descriptor()};
-    const Ending ending = carryOut(work, settings.limits);
-    expect(ending, "Ghostscript");
-    finish(job, material, ending, settings.limits);
+    const RunFiles files = {document.get(), mark.get(), scratch.get(), draft.file()};
+    ChildTask task = rewritingTask(request, files, settings, privateFolder.workFolder());
+    task.warning = "may be incorrect";
+    task.written = [&] { return sizeOf(scratch.get()) + privateFolder.workSize(); };
+    task.mostWritten = settings.limits.outputFor(sizeOf(document.get()));
+    task.disks = {scratch.get(), privateFolder.descriptor()};
+    const ChildResult result = run(task, settings.limits);
+    expect(result, "Ghostscript");
+    finish(request, files, result, settings.limits);
     if (signals::endRequest() != 0)
         throw Failure("ended by a signal", 128 + signals::endRequest());
     draft.publish(output);

@@ -1,8 +1,8 @@
 // The PDF engine beside the program: runs Ghostscript so that whatever file it is given, only the
 // copy can change.
 
-#include "commandline.h"
-#include "ghostscript.h"
+#include "ghostscript/installation.h"
+#include "program.h"
 
 int main(int argc, char *argv[])
 {

@@ -1,6 +1,6 @@
 #include "copywriter.h"
 
-#include "../filesize.h"
+#include "system/filesize.h"
 
 #include <array>
 #include <cerrno>
@@ -52,42 +52,49 @@ std::string asReadersTakeIt(const std::string &password)
     return QUtil::utf8_to_pdf_doc(password, encoded) ? encoded : password;
 }
 
-qpdf_r3_print_e printingOf(QPDF &document)
+bool allows(int permissions, int position)
 {
-    if (document.allowPrintHighRes())
-        return qpdf_r3p_full;
-    return document.allowPrintLowRes() ? qpdf_r3p_low : qpdf_r3p_none;
+    return (permissions & 1 << (position - 1)) != 0;
 }
 
-// Revision 3, which is what the compatibility level of the window's line allows.
-void encrypt(QPDFWriter &writer, QPDF &locked, const Passwords &passwords)
+qpdf_r3_print_e printingOf(int permissions)
 {
+    if (!allows(permissions, 3))
+        return qpdf_r3p_none;
+    return allows(permissions, 12) ? qpdf_r3p_full : qpdf_r3p_low;
+}
+
+// Revision 3, which is what the compatibility level of the window's line allows. The numbers are
+// the bits of the encryption dictionary's P as the format counts them.
+void encrypt(QPDFWriter &writer, const Encryption &encryption)
+{
+    const int permissions = encryption.permissions;
     writer.setR3EncryptionParametersInsecure(
-        asReadersTakeIt(passwords.user).c_str(), asReadersTakeIt(passwords.owner).c_str(),
-        locked.allowAccessibility(), locked.allowExtractAll(), locked.allowModifyAssembly(),
-        locked.allowModifyAnnotation(), locked.allowModifyForm(), locked.allowModifyOther(),
-        printingOf(locked));
+        asReadersTakeIt(encryption.passwords.user).c_str(),
+        asReadersTakeIt(encryption.passwords.owner).c_str(), allows(permissions, 10),
+        allows(permissions, 5), allows(permissions, 11), allows(permissions, 6),
+        allows(permissions, 9), allows(permissions, 4), printingOf(permissions));
 }
 
-void apply(const Form &form, QPDFWriter &writer)
+void apply(const WriteOptions &options, QPDFWriter &writer)
 {
-    writer.setObjectStreamMode(form.objectStreams ? qpdf_o_preserve : qpdf_o_disable);
+    writer.setObjectStreamMode(options.objectStreams ? qpdf_o_preserve : qpdf_o_disable);
     writer.setStreamDataMode(qpdf_s_preserve);
     // PDF/A wants a line break there, and two bytes a stream are not worth an option.
     writer.setNewlineBeforeEndstream(true);
-    if (form.locked)
-        encrypt(writer, *form.locked, form.passwords);
+    if (options.encryption)
+        encrypt(writer, *options.encryption);
     else
         writer.setPreserveEncryption(false);
 }
 
 } // namespace
 
-std::uintmax_t writeCopy(QPDF &document, int file, const Form &form)
+std::uintmax_t writeCopy(QPDF &document, int file, const WriteOptions &options)
 {
     const Stream stream = emptied(file);
     QPDFWriter writer(document, "the copy", stream.get(), false);
-    apply(form, writer);
+    apply(options, writer);
     writer.write();
     return flushed(stream);
 }

@@ -1,23 +1,30 @@
 #pragma once
 
-#include "../passwords.h"
+#include "request/passwords.h"
 
 #include <cstdint>
+#include <optional>
 #include <qpdf/QPDF.hh>
 
 namespace engine {
 
+/// What a copy is locked with, and what it allows to those who open it.
+struct Encryption
+{
+    Passwords passwords;
+    int permissions; ///< the P of an encryption of revision 3
+};
+
 /// How a copy is written.
-struct Form
+struct WriteOptions
 {
     bool objectStreams = false; ///< those that the document has are kept; else there are none
-    QPDF *locked = nullptr; ///< the document whose permissions to take over; null: no encryption
-    Passwords passwords;
+    std::optional<Encryption> encryption;
 };
 
 /// Writes the document in place of what the open file holds. Streams stay as they are. Returns the
 /// file's size; throws a std::exception if it can't be written.
-std::uintmax_t writeCopy(QPDF &document, int file, const Form &form);
+std::uintmax_t writeCopy(QPDF &document, int file, const WriteOptions &options);
 
 /// The same for the bytes of another open file.
 std::uintmax_t writeBytes(int source, int file);

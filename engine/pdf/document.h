@@ -17,7 +17,7 @@ class Document
 {
 public:
     /// The descriptor stays the caller's. Throws a std::exception if the file can't be read at all.
-    Document(int file, const std::string &password, Trust trust);
+    Document(int file, Trust trust);
 
     QPDF &pdf() { return *m_pdf; }
 

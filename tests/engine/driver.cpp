@@ -7,9 +7,9 @@
 //   DRIVER_RESERVE      what is left free on the disk, in MiB
 //   DRIVER_NO_SAFER     takes Ghostscript's own protection away
 
-#include "engine/commandline.h"
-#include "engine/failure.h"
-#include "engine/signals.h"
+#include "engine/process/signals.h"
+#include "engine/program.h"
+#include "engine/system/failure.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -45,12 +45,12 @@ engine::Settings settings()
 int compressUnsafely(int argc, char *argv[])
 {
     auto plan = engine::planFor({argv + 1, argv + argc});
-    auto &job = std::get<engine::Job>(plan);
-    std::replace(job.arguments.begin(), job.arguments.end(), std::string("-dSAFER"),
+    auto &request = std::get<engine::Request>(plan);
+    std::replace(request.switches.begin(), request.switches.end(), std::string("-dSAFER"),
                  std::string("-dNOSAFER"));
     engine::signals::catchAll();
     try {
-        engine::compress(job, settings());
+        engine::compress(request, settings());
         return EXIT_SUCCESS;
     } catch (const engine::Failure &failure) {
         std::fprintf(stderr, "%s\n", failure.what());

@@ -1,4 +1,4 @@
-// What an engine that has been taken over can reach. Each attempt is made twice, because one that
+// What an engine that has been taken over can policy. Each attempt is made twice, because one that
 // fails without confinement too proves nothing.
 #include "bench.h"
 #include "samples.h"

@@ -1,4 +1,4 @@
-#include "engine/child.h"
+#include "engine/process/child.h"
 
 #include <QTest>
 
@@ -40,30 +40,30 @@ private slots:
     void whomItLeavesBehind();
 
 private:
-    static engine::Work work(const std::function<int()> &body);
+    static engine::ChildTask task(const std::function<int()> &body);
 };
 
-engine::Work TestChild::work(const std::function<int()> &body)
+engine::ChildTask TestChild::task(const std::function<int()> &body)
 {
-    engine::Work work;
-    work.body = body;
-    work.written = [] { return 0; };
-    return work;
+    engine::ChildTask task;
+    task.body = body;
+    task.written = [] { return 0; };
+    return task;
 }
 
 void TestChild::status()
 {
-    QCOMPARE(engine::carryOut(work([] { return 7; }), {}).status, 7);
-    const auto ending = engine::carryOut(work([] { return raise(SIGKILL); }), {});
-    QCOMPARE(ending.signal, SIGKILL);
-    QCOMPARE(ending.status, 128 + SIGKILL);
+    QCOMPARE(engine::run(task([] { return 7; }), {}).status, 7);
+    const auto result = engine::run(task([] { return raise(SIGKILL); }), {});
+    QCOMPARE(result.signal, SIGKILL);
+    QCOMPARE(result.status, 128 + SIGKILL);
 }
 
 // A number whose status has been asked for may be somebody else's.
 void TestChild::groupOfTheLivingOnly()
 {
     groupKills.clear();
-    (void)engine::carryOut(work([] { return 0; }), {});
+    (void)engine::run(task([] { return 0; }), {});
     QVERIFY(!groupKills.isEmpty());
     for (const GroupKill &one : std::as_const(groupKills))
         QVERIFY(one.leaderThere);
@@ -73,7 +73,7 @@ void TestChild::whomItLeavesBehind()
 {
     int ends[2];
     QCOMPARE(pipe(ends), 0);
-    engine::Work parting = work([] {
+    engine::ChildTask parting = task([] {
         if (fork() == 0) {
             for (;;)
                 pause();
@@ -82,7 +82,7 @@ void TestChild::whomItLeavesBehind()
     });
     constexpr int lifeline = 3;
     parting.channels = {{lifeline, ends[1]}};
-    (void)engine::carryOut(parting, {});
+    (void)engine::run(parting, {});
     ::close(ends[1]);
     char byte = 0;
     // At the end only when nobody holds the other end any more.

@@ -3,7 +3,7 @@
 #include "parsed.h"
 #include "samples.h"
 
-#include "engine/pdf/bilevelbitmap.h"
+#include "engine/images/bilevelbitmap.h"
 #include "engine/pdf/document.h"
 #include "engine/pdf/walk.h"
 
@@ -52,7 +52,7 @@ void TestContents::pagesOfADocument()
                       below + "1 >>", below + "2 >>"}));
     QVERIFY(file.flush());
 
-    engine::Document document(file.handle(), {}, engine::Trust::Foreign);
+    engine::Document document(file.handle(), engine::Trust::Foreign);
     QVERIFY(document.isSound());
     QCOMPARE(document.pages(), pages);
     QCOMPARE(document.isSound(), sound);

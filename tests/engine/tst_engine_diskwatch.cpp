@@ -1,4 +1,4 @@
-#include "engine/diskwatch.h"
+#include "engine/process/diskwatch.h"
 
 #include <QTest>
 

@@ -4,10 +4,10 @@
 #include "samples.h"
 
 #include "engine/pdf/description.h"
-#include "engine/pdf/links.h"
-#include "engine/pdf/losses.h"
-#include "engine/pdf/texts.h"
-#include "engine/pdf/viewing.h"
+#include "engine/pdfa/links.h"
+#include "engine/pdfa/losses.h"
+#include "engine/pdfa/texts.h"
+#include "engine/pdfa/viewing.h"
 
 #include <QTest>
 #include <qpdf/QPDFPageDocumentHelper.hh>
@@ -127,7 +127,7 @@ void TestFidelity::strange()
     QFETCH(QByteArray, object);
     QFETCH(QByteArray, name);
     Document document(with({object}, "/Six 6 0 R"));
-    QCOMPARE(QByteArray::fromStdString(engine::strangeness(document)), name);
+    QCOMPARE(QByteArray::fromStdString(engine::unsupportedFeature(document)), name);
 }
 
 void TestFidelity::misleadingLinks_data()

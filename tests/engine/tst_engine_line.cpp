@@ -1,6 +1,6 @@
 // Whatever the window can send, the engine takes.
 #include "core/engineswitches.h"
-#include "engine/plan.h"
+#include "engine/request/request.h"
 
 #include <QTest>
 
@@ -45,7 +45,7 @@ void TestLine::everySwitchIsTaken()
     const engine::Plan plan = engine::planFor(words);
     const auto *refusal = std::get_if<engine::Refusal>(&plan);
     QVERIFY2(!refusal, refusal ? refusal->reason.c_str() : "");
-    QVERIFY(std::holds_alternative<engine::Job>(plan));
+    QVERIFY(std::holds_alternative<engine::Request>(plan));
 }
 
 QTEST_GUILESS_MAIN(TestLine)

@@ -3,7 +3,7 @@
 #include "parsed.h"
 #include "samples.h"
 
-#include "engine/pdf/pdfa.h"
+#include "engine/pdfa/rules.h"
 
 #include <QTest>
 

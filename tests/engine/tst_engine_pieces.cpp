@@ -1,13 +1,13 @@
-#include "engine/failure.h"
 #include "engine/formats/downsampling.h"
+#include "engine/formats/marktexts.h"
 #include "engine/formats/tounicode.h"
 #include "engine/formats/xmp.h"
-#include "engine/ghostscript.h"
-#include "engine/limits.h"
-#include "engine/marktexts.h"
-#include "engine/pdf/judgement.h"
-#include "engine/phrasewatch.h"
-#include "engine/stallwatch.h"
+#include "engine/ghostscript/installation.h"
+#include "engine/pdfa/judgement.h"
+#include "engine/process/limits.h"
+#include "engine/process/phrasewatch.h"
+#include "engine/process/stallwatch.h"
+#include "engine/system/failure.h"
 
 #include <QDir>
 #include <QFile>
@@ -26,7 +26,7 @@ class TestPieces : public QObject
 private slots:
     void judgement_data();
     void judgement();
-    void doubt();
+    void warning();
     void phrase_data();
     void phrase();
     void xmpDate_data();
@@ -75,7 +75,7 @@ void TestPieces::judgement_data()
     QTest::newRow("damaged copy") << 3 << 3 << unknown << u"the copy is damaged"_s;
 }
 
-void TestPieces::doubt()
+void TestPieces::warning()
 {
     QCOMPARE(engine::objectionTo({3, 3, 3, true}),
              std::string("Ghostscript could not make out all of the document"));

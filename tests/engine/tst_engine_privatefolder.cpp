@@ -1,4 +1,4 @@
-#include "engine/privatefolder.h"
+#include "engine/files/privatefolder.h"
 
 #include <QDir>
 #include <QFile>

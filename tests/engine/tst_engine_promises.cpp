@@ -29,7 +29,7 @@ private slots:
     void ownEntriesStay();
     void formWithPassword();
     void formWithDescription();
-    void doubted();
+    void warned();
     void doubtedAndDamaged();
     void pagesAreNotTurned();
     void attachmentStays();
@@ -242,7 +242,7 @@ void TestPromises::formWithDescription()
 }
 
 // Ghostscript alone leaves a blank page and is content.
-void TestPromises::doubted()
+void TestPromises::warned()
 {
     const QByteArray original = documents::unreadableForGhostscript();
     const Bench bench;

@@ -1,5 +1,5 @@
-#include "engine/reader.h"
-#include "engine/relay.h"
+#include "engine/process/messagewriter.h"
+#include "engine/process/relay.h"
 
 #include <QScopeGuard>
 #include <QTest>
@@ -82,7 +82,7 @@ void TestRelay::everythingArrives()
     QVERIFY(pipe.ok);
     std::size_t arrived = 0;
     std::thread reader([&] { arrived = pipe.drain(); });
-    engine::Relay relay = engine::Relay::to(engine::Reader(pipe.ends[1], 60s));
+    engine::Relay relay = engine::Relay::to(engine::MessageWriter(pipe.ends[1], 60s));
     const std::string text(50'000, 'x');
     for (int round = 0; round < rounds; ++round) {
         QCOMPARE(write(relay.writeEnd(), text.data(), text.size()), ssize_t(text.size()));
@@ -111,7 +111,7 @@ void TestRelay::silentReader()
 {
     Pipe pipe;
     QVERIFY(pipe.ok);
-    engine::Reader reader(pipe.ends[1], 1ms);
+    engine::MessageWriter reader(pipe.ends[1], 1ms);
     reader.tell(std::string(total, 'x'));
     QVERIFY(pipe.isFull());
     fcntl(pipe.ends[0], F_SETFL, O_NONBLOCK);
@@ -127,7 +127,7 @@ void TestRelay::readerByDrops()
     QVERIFY(pipe.ok);
     std::size_t arrived = 0;
     std::thread slow([&] { arrived = pipe.drain(4096, 40ms); });
-    engine::Reader(pipe.ends[1], 200ms).tell(std::string(total, 'x'));
+    engine::MessageWriter(pipe.ends[1], 200ms).tell(std::string(total, 'x'));
     pipe.closeWriteEnd();
     slow.join();
     QVERIFY(arrived > 0);
@@ -154,7 +154,7 @@ void TestRelay::interrupted()
         }
         arrived = pipe.drain();
     });
-    engine::Reader(pipe.ends[1], 60s).tell(std::string(total, 'x'));
+    engine::MessageWriter(pipe.ends[1], 60s).tell(std::string(total, 'x'));
     pipe.closeWriteEnd();
     slow.join();
     QCOMPARE(arrived, total);

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "confinement.h"
+
+namespace engine {
+
+/// Keeps the process from all files out of policy, from TCP, and from other processes' signals, as
+/// far as the kernel's Landlock goes. Needs no_new_privs. Returns what is in force.
+std::string confineFiles(const AccessPolicy &policy);
+
+} // namespace engine

@@ -1,0 +1,65 @@
+#include "arguments.h"
+
+#include "outputintent.h"
+#include "process/channels.h"
+#include "request/switches.h"
+
+#include <algorithm>
+
+namespace engine {
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+void append(Words &words, const Words &more)
+{
+    words.insert(words.end(), more.begin(), more.end());
+}
+
+bool isEncryption(const std::string &word)
+{
+    return word.starts_with(userPasswordSwitch) || word.starts_with(ownerPasswordSwitch) ||
+           word.starts_with(permissionsSwitch);
+}
+
+// The copy is encrypted when it is complete, so no password goes to Ghostscript. It doesn't know how
+// to write JBIG2 (seen in 10.00); what it writes without loss is encoded anew later.
+Words writableSwitches(Words words)
+{
+    std::erase_if(words, isEncryption);
+    std::replace(words.begin(), words.end(), std::string(jbig2Switch),
+                 std::string("-dMonoImageFilter=/CCITTFaxEncode"));
+    return words;
+}
+
+// Ghostscript writes a blank page, and is content, when it could not make out a document at all.
+// Only the device knows how many pages it was really given.
+Words pageReport()
+{
+    const std::string report = nameOf(reportChannel);
+    return {"-c", "(" + report +
+                      ") (w) file dup currentpagedevice /PageCount get 20 string cvs writestring"
+                      " closefile"};
+}
+
+} // namespace
+
+Words rewritingArguments(const Request &request)
+{
+    Words words = writableSwitches(request.switches);
+    words.emplace_back("-dAutoRotatePages=/None");
+    if (request.options.pdfa)
+        append(words, {"-sColorConversionStrategy=RGB", "-dPDFACompatibilityPolicy=1"});
+    append(words, {"--permit-file-write=" + nameOf(reportChannel),
+                   std::string(outputSwitch) + nameOf(draftChannel)});
+    if (request.options.pdfa)
+        append(words, {"-c", std::string(outputIntentProgram)});
+    append(words, {"-f", nameOf(documentChannel)});
+    if (!request.mark.empty())
+        words.push_back(nameOf(markChannel));
+    append(words, pageReport());
+    return words;
+}
+
+} // namespace engine

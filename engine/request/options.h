@@ -1,0 +1,19 @@
+#pragma once
+
+namespace engine {
+
+/// What the command line asks of the copy, beyond what Ghostscript does for it.
+struct CopyOptions
+{
+    bool pdfa = false;
+
+    /// Bilevel images may take whatever lossless compression makes them smallest, JBIG2 above all.
+    bool smallestBilevel = false;
+
+    /// Bilevel images that are made smaller keep their greys.
+    bool smoothBilevel = false;
+
+    bool compressedFonts = true;
+};
+
+} // namespace engine

@@ -1,19 +1,16 @@
 // What hands do with the program: options, messages, the keyboard alone, closing in the middle.
 
-#include "pdf.h"
 #include "scene.h"
+#include "support/bound.h"
+#include "support/pdftools.h"
+#include "support/processes.h"
+#include "support/tools.h"
 
 #include <QFileInfo>
 #include <QTest>
 
 #include <csignal>
 #include <memory>
-
-namespace {
-
-constexpr int bound = 60000; // ms
-
-} // namespace
 
 class TestHands : public QObject
 {
@@ -91,9 +88,9 @@ void TestHands::optionsApplied()
     QCOMPARE(user.verdicts(1), QStringList({"Succeed"}));
     QCOMPARE(scene.user.quit(), 0);
     const QString copy = scene.sandbox.outputPath("a.pdf");
-    QVERIFY(told("pdfinfo", {copy}).simplified().startsWith("Title: Annual report 7 "));
+    QVERIFY(tools::outputOf("pdfinfo", {copy}).simplified().startsWith("Title: Annual report 7 "));
     const QStringList image =
-        told("pdfimages", {"-list", copy}).split('\n').value(2).simplified().split(' ');
+        tools::outputOf("pdfimages", {"-list", copy}).split('\n').value(2).simplified().split(' ');
     QCOMPARE(image.value(12), QString("72")); // dpi
 }
 
@@ -142,7 +139,7 @@ void TestHands::keyboardOnly()
     user.pressKey(XKey::right, 2);
     QCOMPARE(user.copied(), QString("Succeed"));
     QCOMPARE(scene.user.quit(), 0);
-    QCOMPARE(pagesOf(scene.sandbox.outputPath("a.pdf")), 3);
+    QCOMPARE(tools::pages(scene.sandbox.outputPath("a.pdf")), 3);
 }
 
 // The file in work is finished, though nobody waits for it any more.
@@ -156,10 +153,10 @@ void TestHands::closedWhileRunning()
     QTRY_VERIFY_WITH_TIMEOUT(scene.user.progressSeen() > 0, bound);
     QCOMPARE(scene.user.quit(), 0);
     QCOMPARE(stateOf(engine), 'T');
-    kill(static_cast<pid_t>(engine), SIGCONT);
+    QVERIFY(sendSignal(engine, SIGCONT));
     awaitEndOf(engine);
     QCOMPARE(scene.sandbox.outputs(), QStringList({"a.pdf"}));
-    QCOMPARE(pagesOf(scene.sandbox.outputPath("a.pdf")), 3);
+    QCOMPARE(tools::pages(scene.sandbox.outputPath("a.pdf")), 3);
     QCOMPARE(scene.sandbox.temporaryFiles(), QStringList({"corvane.ini"}));
 }
 

@@ -1,8 +1,9 @@
 // The main job from outside: the built program on a desktop of its own, worked with pointer, keys
 // and files dragged from another program.
 
-#include "pdf.h"
 #include "scene.h"
+#include "support/pdftools.h"
+#include "support/tools.h"
 
 #include <QFile>
 #include <QTest>
@@ -81,7 +82,7 @@ void TestMainJob::dropChooseRun()
 
     QCOMPARE(scene.sandbox.outputs(), QStringList({" Zoë – 報告書 №7.pdf", "a.pdf", "it's.pdf"}));
     for (const QString &name : scene.sandbox.outputs())
-        QCOMPARE(pagesOf(scene.sandbox.outputPath(name)), name.contains("Zoë") ? 3 : 1);
+        QCOMPARE(tools::pages(scene.sandbox.outputPath(name)), name.contains("Zoë") ? 3 : 1);
     for (qsizetype i = 0; i < inputs.size(); ++i)
         QCOMPARE(readFile(inputs[i]), before[i]);
     QCOMPARE(scene.sandbox.temporaryFiles(), QStringList({"corvane.ini"}));

@@ -5,8 +5,10 @@
 #include "childprocess.h"
 #include "desktop.h"
 #include "form.h"
-#include "pdf.h"
+#include "support/bound.h"
+#include "support/pdftools.h"
 #include "support/sandbox.h"
+#include "support/tools.h"
 
 #include <QDir>
 #include <QFile>
@@ -19,7 +21,6 @@
 
 namespace {
 
-constexpr int bound = 60000;  // ms
 constexpr int attempt = 5000; // ms
 
 // Qt draws the frame itself.
@@ -182,7 +183,7 @@ void TestWayland::mainJob()
     m_desktop->click(folder);
     m_desktop->type(sandbox.outputFolder());
     m_desktop->click(run);
-    QTRY_COMPARE_WITH_TIMEOUT(pagesOf(sandbox.outputPath("a.pdf")), 3, bound);
+    QTRY_COMPARE_WITH_TIMEOUT(tools::pages(sandbox.outputPath("a.pdf")), 3, bound);
     QVERIFY(program.state() == QProcess::Running);
     m_desktop->click(close);
     QTRY_COMPARE_WITH_TIMEOUT(program.state(), QProcess::NotRunning, bound);

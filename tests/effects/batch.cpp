@@ -1,5 +1,6 @@
 #include "batch.h"
 
+#include "support/bound.h"
 #include "support/dragdrop.h"
 
 #include <QLineEdit>
@@ -10,8 +11,6 @@
 #include <algorithm>
 
 namespace {
-
-constexpr int patience = 60000; // ms
 
 QString verdict(const QTableWidget &table, int row)
 {
@@ -34,7 +33,7 @@ QStringList compress(QWidget &mainWindow, const QStringList &inputs, const QStri
 
     const auto *table = mainWindow.findChild<QTableWidget *>("inputfiletableWidget");
     const int last = static_cast<int>(inputs.size()) - 1;
-    if (!QTest::qWaitFor([&] { return table->item(last, 2) != nullptr; }, patience))
+    if (!QTest::qWaitFor([&] { return table->item(last, 2) != nullptr; }, bound))
         qWarning("the last file got no verdict");
     QStringList verdicts;
     for (int row = 0; row <= last; ++row)

@@ -1,6 +1,6 @@
 #include "originals.h"
 
-#include "tools.h"
+#include "support/tools.h"
 
 #include <QFile>
 #include <QRandomGenerator>
@@ -117,8 +117,8 @@ bool writeText(const QString &path)
         tools::run("gs", {"-q", "-dBATCH", "-dNOPAUSE", "-sDEVICE=pdfwrite", "-dSubsetFonts=false",
                           "-dEmbedAllFonts=true", "-sOutputFile=" + path, program.fileName()});
     // So large that a copy is smaller whatever is asked of it.
-    return drawn.exitCode == 0 &&
-           tools::run("qpdf", {"--stream-data=uncompress", "--replace-input", path}).exitCode == 0;
+    return drawn.status == 0 &&
+           tools::run("qpdf", {"--stream-data=uncompress", "--replace-input", path}).status == 0;
 }
 
 } // namespace originals

@@ -2,8 +2,8 @@
 #include "originals.h"
 #include "src/process.h"
 #include "support/optionswindow.h"
+#include "support/pdftools.h"
 #include "support/sandbox.h"
-#include "tools.h"
 
 #include <QProgressBar>
 #include <QTest>

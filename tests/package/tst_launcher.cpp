@@ -1,6 +1,8 @@
 // The launcher's choice of a folder for temporary files. A shell script in the program's place
 // prints what it was given.
 
+#include "support/bound.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -12,8 +14,6 @@
 #include <unistd.h>
 
 namespace {
-
-constexpr int bound = 60000; // ms
 
 // The names that a shell would trip over.
 constexpr const char *odd = "-n $(touch x) '\xc3\xa4'\n*";

@@ -1,5 +1,6 @@
 #include "core/engineswitches.h"
 #include "src/process.h"
+#include "support/bound.h"
 #include "support/dragdrop.h"
 #include "support/fakeengine.h"
 #include "support/modal.h"
@@ -24,7 +25,6 @@
 namespace {
 
 // Generous: only a defect lets a test wait this long.
-constexpr int bound = 30000; // ms
 
 constexpr auto succeed = "Succeed";
 constexpr auto failed = "Failed";

@@ -1,5 +1,6 @@
 #include "src/filetable.h"
 #include "src/process.h"
+#include "support/bound.h"
 #include "support/dragdrop.h"
 #include "support/modal.h"
 #include "support/sandbox.h"
@@ -21,8 +22,6 @@
 #include <unistd.h>
 
 namespace {
-
-constexpr int bound = 30000; // ms
 
 // Takes the place of the desktop's default application.
 class OpenedFiles : public QObject

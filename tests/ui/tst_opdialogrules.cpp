@@ -1,4 +1,5 @@
 #include "src/opdialog.h"
+#include "support/bound.h"
 #include "support/optionswindow.h"
 #include "support/sandbox.h"
 
@@ -16,8 +17,6 @@
 #include <memory>
 
 namespace {
-
-constexpr int bound = 30000; // ms
 
 // A protected function of QObject, opened for counting connections.
 int receiverCount(const QObject *sender, const char *signal)

@@ -4,6 +4,7 @@
 #include "core/engineswitches.h"
 #include "core/markfile.h"
 #include "src/process.h"
+#include "support/bound.h"
 #include "support/dragdrop.h"
 #include "support/fakeengine.h"
 #include "support/modal.h"
@@ -21,8 +22,6 @@
 #include <memory>
 
 namespace {
-
-constexpr int bound = 30000; // ms
 
 using Values = QMap<QString, QString>;
 

@@ -1,4 +1,5 @@
 #include "src/process.h"
+#include "support/bound.h"
 #include "support/darkdesktop.h"
 #include "support/dragdrop.h"
 #include "support/fakeengine.h"
@@ -18,8 +19,6 @@
 #include <memory>
 
 namespace {
-
-constexpr int bound = 30000; // ms
 
 enum Column {
     path,

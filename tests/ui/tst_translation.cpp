@@ -1,5 +1,6 @@
 // Which texts a translation would reach, and in which context. None is part of the program.
 #include "src/process.h"
+#include "support/bound.h"
 #include "support/fakeengine.h"
 #include "support/modal.h"
 #include "support/sandbox.h"
@@ -15,8 +16,6 @@
 #include <memory>
 
 namespace {
-
-constexpr int bound = 30000; // ms
 
 // Puts the context before each text.
 class Translator : public QTranslator

@@ -2,6 +2,8 @@
 
 #include "childprocess.h"
 
+#include "support/bound.h"
+
 #include <QTest>
 
 #include <cstdlib>
@@ -9,7 +11,6 @@
 
 namespace {
 
-constexpr int bound = 60000;          // ms
 constexpr uint32_t longest = 1 << 20; // of a property, in units of 4 bytes
 
 struct Free

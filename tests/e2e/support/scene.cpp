@@ -1,13 +1,9 @@
 #include "scene.h"
 
+#include "support/bound.h"
+
 #include <QFile>
 #include <QTest>
-
-namespace {
-
-constexpr int bound = 60000; // ms
-
-} // namespace
 
 Scene::Scene(const Desktop &desktop)
     : user(desktop)

@@ -2,6 +2,9 @@
 
 #include "childprocess.h"
 
+#include "support/bound.h"
+#include "support/processes.h"
+
 #include <QFile>
 #include <QTest>
 
@@ -10,7 +13,6 @@
 
 namespace {
 
-constexpr int bound = 60000; // ms
 // Until a control that has nothing to copy is believed; one that has answers much earlier.
 constexpr int silence = 1000; // ms
 
@@ -339,7 +341,8 @@ qint64 User::awaitHeldEngine() const
 
 void User::resumeEngine() const
 {
-    kill(static_cast<pid_t>(awaitHeldEngine()), SIGCONT);
+    if (!sendSignal(awaitHeldEngine(), SIGCONT))
+        qFatal("the engine has gone");
 }
 
 QList<qint64> childrenOf(qint64 process)

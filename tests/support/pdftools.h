@@ -8,12 +8,8 @@
 /// What independent programs say about a PDF file: those of poppler and qpdf.
 namespace tools {
 
-struct Result
-{
-    int exitCode = -1; ///< -1: it could not be run
-    QString output;    ///< of both channels
-};
-Result run(const QString &program, const QStringList &arguments);
+/// How many pages the file has; -1 if it can't be read.
+int pages(const QString &pdf);
 
 struct Image
 {

@@ -1,22 +1,13 @@
+#include "pdftools.h"
+
 #include "tools.h"
 
-#include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
 namespace tools {
 
 namespace {
-
-constexpr int patience = 60000; // ms
-
-QString outputOf(const QString &program, const QStringList &arguments)
-{
-    const Result result = run(program, arguments);
-    if (result.exitCode != 0)
-        qFatal("%s: %s", qPrintable(program), qPrintable(result.output));
-    return result.output;
-}
 
 // The rows of a table under two lines of headings, split into words.
 QList<QStringList> table(const QString &output)
@@ -36,14 +27,10 @@ QString filterOf(const QString &pdf, const QString &object)
 
 } // namespace
 
-Result run(const QString &program, const QStringList &arguments)
+int pages(const QString &pdf)
 {
-    QProcess process;
-    process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(program, arguments);
-    if (!process.waitForFinished(patience))
-        return {-1, process.errorString()};
-    return {process.exitCode(), QString::fromUtf8(process.readAll())};
+    const Result counted = run("qpdf", {"--show-npages", pdf});
+    return counted.status == 0 ? counted.output.trimmed().toInt() : -1;
 }
 
 QList<Image> images(const QString &pdf)
@@ -95,12 +82,12 @@ Permissions permissions(const QString &pdf, const QString &userPassword)
 // the given one will do.
 bool asksForPassword(const QString &pdf)
 {
-    return run("qpdf", {"--requires-password", pdf}).exitCode == 0;
+    return run("qpdf", {"--requires-password", pdf}).status == 0;
 }
 
 bool opensWith(const QString &pdf, const QString &password)
 {
-    return run("qpdf", {"--requires-password", "--password=" + password, pdf}).exitCode == 3;
+    return run("qpdf", {"--requires-password", "--password=" + password, pdf}).status == 3;
 }
 
 } // namespace tools

@@ -1,7 +1,11 @@
 // What goes wrong around the program while it runs, and that nothing is lost by it.
 
-#include "pdf.h"
 #include "scene.h"
+#include "support/bound.h"
+#include "support/machine.h"
+#include "support/pdftools.h"
+#include "support/processes.h"
+#include "support/tools.h"
 
 #include <QDir>
 #include <QFile>
@@ -14,16 +18,8 @@
 
 namespace {
 
-constexpr int bound = 60000; // ms
-
 constexpr auto succeed = "Succeed";
 constexpr auto failed = "Failed";
-
-void sendSignal(qint64 process, int signal)
-{
-    if (process <= 0 || kill(static_cast<pid_t>(process), signal) != 0)
-        qFatal("no process %lld", static_cast<long long>(process));
-}
 
 /// A disk of its own that only the program and its engines see, in place of a folder.
 class TinyDisk
@@ -35,18 +31,10 @@ public:
     {
     }
 
-    /// Starts the program with the disk. Only those who aren't root need a user namespace for it.
+    /// Starts the program with the disk.
     void start(const QString &program) const
     {
-        QStringList arguments{"--mount"};
-        if (geteuid() != 0)
-            arguments << "--user"
-                      << "--map-root-user";
-        arguments << "sh"
-                  << "-c"
-                  << "mount -t tmpfs -o size=4m,nr_inodes=100 corvane \"$1\" && exec \"$0\""
-                  << program << m_folder;
-        m_user.start("unshare", arguments);
+        m_user.start("unshare", machine::onTinyDisk(m_folder, "size=4m,nr_inodes=100", {program}));
     }
 
     /// Runs a shell command where the disk is; $1 is its folder. One without end is ended.
@@ -58,8 +46,8 @@ public:
         if (geteuid() != 0)
             arguments << "--user"
                       << "--preserve-credentials";
-        told("nsenter",
-             arguments + QStringList{"timeout", "50", "sh", "-c", command, "sh", m_folder});
+        tools::outputOf("nsenter", arguments + QStringList{"timeout", "50", "sh", "-c", command,
+                                                           "sh", m_folder});
     }
 
     /// A file on the disk as others can read it.
@@ -145,12 +133,13 @@ void TestWindowFaults::engineKilled()
     scene.startWith({scene.addSample("text", "a.pdf"), scene.addSample("text", "b.pdf"),
                      scene.addSample("text", "c.pdf")});
     user.run();
-    sendSignal(scene.user.awaitHeldEngine(), SIGKILL);
+    QVERIFY(sendSignal(scene.user.awaitHeldEngine(), SIGKILL));
     QTRY_VERIFY_WITH_TIMEOUT(user.resultSeen(0), bound);
     scene.user.resumeEngine();
     QTRY_VERIFY_WITH_TIMEOUT(user.resultSeen(1), bound);
-    sendSignal(scene.user.awaitHeldEngine(), SIGTERM);
-    sendSignal(scene.user.awaitHeldEngine(), SIGCONT); // it takes note of the other signal now
+    QVERIFY(sendSignal(scene.user.awaitHeldEngine(), SIGTERM));
+    QVERIFY(
+        sendSignal(scene.user.awaitHeldEngine(), SIGCONT)); // it takes note of the other signal now
     user.awaitEndOfBatch(3);
     QCOMPARE(user.verdicts(3), QStringList({failed, succeed, failed}));
     QCOMPARE(scene.user.quit(), 0);
@@ -166,22 +155,22 @@ void TestWindowFaults::engineStopped()
     scene.tree.holdEngines(true);
     const QString input = scene.sandbox.inputFolder() + "/long.pdf";
     const QStringList often(8, scene.addSample("mixed", "a.pdf"));
-    told("qpdf", QStringList{"--empty", "--pages"} + often + QStringList{"--", input});
+    tools::outputOf("qpdf", QStringList{"--empty", "--pages"} + often + QStringList{"--", input});
     scene.startWith({input});
     user.run();
     const qint64 engine = scene.user.awaitHeldEngine();
-    sendSignal(engine, SIGCONT);
+    QVERIFY(sendSignal(engine, SIGCONT));
     QTRY_VERIFY_WITH_TIMEOUT(!scene.sandbox.outputs().isEmpty(), bound);
-    sendSignal(engine, SIGSTOP);
+    QVERIFY(sendSignal(engine, SIGSTOP));
     QTRY_COMPARE_WITH_TIMEOUT(stateOf(engine), 'T', bound);
     QCOMPARE(user.folder(), scene.sandbox.outputFolder());
     QVERIFY(!user.resultSeen(0));
     QVERIFY(user.progressSeen() > 0);
-    sendSignal(engine, SIGCONT);
+    QVERIFY(sendSignal(engine, SIGCONT));
     user.awaitEndOfBatch(1);
     QCOMPARE(user.verdicts(1), QStringList({succeed}));
     QCOMPARE(scene.user.quit(), 0);
-    QCOMPARE(pagesOf(scene.sandbox.outputPath("long.pdf")), 8 * 5);
+    QCOMPARE(tools::pages(scene.sandbox.outputPath("long.pdf")), 8 * 5);
 }
 
 void TestWindowFaults::folderRemoved()
@@ -211,13 +200,14 @@ void TestWindowFaults::folderRemoved()
     QCOMPARE(user.verdicts(2), QStringList({failed, succeed}));
     QCOMPARE(scene.user.quit(), 0);
     QCOMPARE(QDir(other).entryList(QDir::Files | QDir::Hidden), QStringList({"b.pdf"}));
-    QCOMPARE(pagesOf(other + "/b.pdf"), 3);
+    QCOMPARE(tools::pages(other + "/b.pdf"), 3);
     QCOMPARE(readFile(inputs[0]), before);
     QCOMPARE(readFile(inputs[1]), before);
 }
 
 void TestWindowFaults::folderReadOnly()
 {
+    SKIP_IF(machine::whyNoTinyDisk());
     Scene scene(*m_desktop);
     const User &user = scene.user;
     const QStringList inputs = {scene.addSample("text", "a.pdf"), scene.addSample("text", "b.pdf")};
@@ -236,7 +226,7 @@ void TestWindowFaults::folderReadOnly()
     user.awaitEndOfBatch(2);
     QCOMPARE(user.verdicts(2), QStringList({succeed, failed}));
     QCOMPARE(QDir(disk.path()).entryList(QDir::Files | QDir::Hidden), QStringList({"a.pdf"}));
-    QCOMPARE(pagesOf(disk.path("a.pdf")), 3);
+    QCOMPARE(tools::pages(disk.path("a.pdf")), 3);
 
     // Writable again, it takes both; the first copy stays as it is.
     disk.run("mount -o remount,bind,rw \"$1\"");
@@ -253,6 +243,7 @@ void TestWindowFaults::folderReadOnly()
 
 void TestWindowFaults::folderFull()
 {
+    SKIP_IF(machine::whyNoTinyDisk());
     Scene scene(*m_desktop);
     const User &user = scene.user;
     const QStringList inputs = {scene.addSample("text", "a.pdf"),
@@ -278,7 +269,7 @@ void TestWindowFaults::folderFull()
     QCOMPARE(QDir(disk.path()).entryList(QDir::Files | QDir::Hidden),
              QStringList({"a.pdf", "c.pdf"}));
     for (const char *name : {"a.pdf", "c.pdf"})
-        QCOMPARE(pagesOf(disk.path(name)), 3);
+        QCOMPARE(tools::pages(disk.path(name)), 3);
     QCOMPARE(scene.user.quit(), 0);
     QCOMPARE(scene.sandbox.temporaryFiles(), QStringList({"corvane.ini"}));
 }
@@ -320,7 +311,7 @@ void TestWindowFaults::settingsUnreadable()
     QFETCH(QString, how);
     Scene scene(*m_desktop);
     const User &user = scene.user;
-    told("sh", {"-c", how, "sh", scene.sandbox.settingsFile()});
+    tools::outputOf("sh", {"-c", how, "sh", scene.sandbox.settingsFile()});
     scene.startWith({scene.addSample("colour-scan", "a.pdf")});
     user.clickMain("pushButton_option");
     user.clickOption("lineEdit_clr_res");
@@ -333,7 +324,8 @@ void TestWindowFaults::settingsUnreadable()
     QCOMPARE(user.verdicts(1), QStringList({succeed}));
     QCOMPARE(scene.user.quit(), 0);
     const QString copy = scene.sandbox.outputPath("a.pdf");
-    const QString image = told("pdfimages", {"-list", copy}).split('\n').value(2).simplified();
+    const QString image =
+        tools::outputOf("pdfimages", {"-list", copy}).split('\n').value(2).simplified();
     QCOMPARE(image.split(' ').value(12), QString("150")); // dpi
     if (QFileInfo(scene.sandbox.settingsFile()).isDir())
         QVERIFY(QFile::exists(scene.sandbox.settingsFile() + "/inside"));
@@ -342,6 +334,7 @@ void TestWindowFaults::settingsUnreadable()
 // It stays as it was and goes to the engine so.
 void TestWindowFaults::markUnwritable()
 {
+    SKIP_IF(machine::whyNoTinyDisk());
     Scene scene(*m_desktop);
     const User &user = scene.user;
     const QString input = scene.addSample("text", "a.pdf");
@@ -365,7 +358,7 @@ void TestWindowFaults::markUnwritable()
     QCOMPARE(user.verdicts(1), QStringList({succeed}));
     QCOMPARE(scene.user.quit(), 0);
     const QString copy = scene.sandbox.outputPath("a.pdf");
-    QVERIFY(told("pdfinfo", {copy}).simplified().startsWith("Title: Old "));
+    QVERIFY(tools::outputOf("pdfinfo", {copy}).simplified().startsWith("Title: Old "));
 }
 
 // The file in work is finished without it. Started again, it begins with an empty list and goes
@@ -381,11 +374,11 @@ void TestWindowFaults::programKilled()
     const qint64 engine = scene.user.awaitHeldEngine();
     scene.user.program.kill();
     QVERIFY(scene.user.program.waitForFinished(bound));
-    sendSignal(engine, SIGCONT);
+    QVERIFY(sendSignal(engine, SIGCONT));
     awaitEndOf(engine);
     QCOMPARE(scene.sandbox.outputs(), QStringList({"a.pdf"}));
     const QByteArray first = readFile(scene.sandbox.outputPath("a.pdf"));
-    QCOMPARE(pagesOf(scene.sandbox.outputPath("a.pdf")), 3);
+    QCOMPARE(tools::pages(scene.sandbox.outputPath("a.pdf")), 3);
 
     scene.tree.holdEngines(false);
     scene.startWith(inputs);
@@ -418,7 +411,7 @@ void TestWindowFaults::twoInstances()
     QCOMPARE(scene.user.quit(), 0);
     QCOMPARE(scene.sandbox.outputs().size(), 8);
     for (const QString &name : scene.sandbox.outputs())
-        QCOMPARE(pagesOf(scene.sandbox.outputPath(name)), 3);
+        QCOMPARE(tools::pages(scene.sandbox.outputPath(name)), 3);
     QCOMPARE(scene.sandbox.temporaryFiles(), QStringList({"corvane.ini"}));
 }
 
@@ -437,7 +430,7 @@ void TestWindowFaults::twoInstancesWantOneName()
     QCOMPARE(other.quit(), 0);
     QCOMPARE(scene.user.quit(), 0);
     QCOMPARE(scene.sandbox.outputs(), QStringList({"a.pdf"}));
-    const int pages = pagesOf(scene.sandbox.outputPath("a.pdf"));
+    const int pages = tools::pages(scene.sandbox.outputPath("a.pdf"));
     QVERIFY2(pages == 3 || pages == 1, "neither's copy");
     QCOMPARE(readFile(ours), readFile(SAMPLES_FOLDER "/text.pdf"));
     QCOMPARE(readFile(theirs), readFile(SAMPLES_FOLDER "/colour-scan.pdf"));
@@ -461,8 +454,8 @@ void TestWindowFaults::startBoth(Scene &scene, const QStringList &ours, User &ot
     const qint64 first = scene.user.awaitHeldEngine();
     const qint64 second = other.awaitHeldEngine();
     scene.tree.holdEngines(false);
-    sendSignal(first, SIGCONT);
-    sendSignal(second, SIGCONT);
+    QVERIFY(sendSignal(first, SIGCONT));
+    QVERIFY(sendSignal(second, SIGCONT));
 }
 
 QTEST_GUILESS_MAIN(TestWindowFaults)

@@ -31,18 +31,6 @@ Descriptor openFile(const std::string &path)
     return file;
 }
 
-void expect(const ChildResult &result, const std::string &who)
-{
-    if (result.interrupted)
-        throw Failure("ended by a signal", 128 + signals::endRequest());
-    if (!result.violation.empty())
-        throw Failure(who + " " + result.violation);
-    if (result.signal != 0)
-        throw Failure(who + " was ended by signal " + std::to_string(result.signal), result.status);
-    if (result.status != 0)
-        throw Failure(who + " ended with status " + std::to_string(result.status), result.status);
-}
-
 // On the disk that takes the copy, where that knows files without a name. Ghostscript opens it once
 // more, by its channel, whatever the user's umask takes away.
 Descriptor scratchFile(const Output &output, const PrivateFolder &privateFolder)
@@ -72,8 +60,8 @@ void compress(const Request &request, const Settings &settings)
     task.written = [&] { return sizeOf(scratch.get()) + privateFolder.workSize(); };
     task.mostWritten = settings.limits.outputFor(sizeOf(document.get()));
     task.disks = {scratch.get(), privateFolder.descriptor()};
-    const ChildResult result = run(task, settings.limits);
-    expect(result, "Ghostscript");
+    const ChildResult result = run(std::move(task), settings.limits);
+    expectSuccess(result);
     finish(request, files, result, settings.limits);
     if (signals::endRequest() != 0)
         throw Failure("ended by a signal", 128 + signals::endRequest());

@@ -83,6 +83,7 @@ void finish(const Request &request, const RunFiles &files, const ChildResult &gh
         .warned = ghostscript.warned,
     };
     ChildTask task;
+    task.name = "libqpdf";
     task.channels = {{draftChannel, files.draft},
                      {documentChannel, files.document},
                      {ghostscriptOutputChannel, files.ghostscriptOutput}};
@@ -90,7 +91,7 @@ void finish(const Request &request, const RunFiles &files, const ChildResult &gh
     task.written = [&] { return sizeOf(files.draft); };
     task.mostWritten = limits.outputFor(sizeOf(files.document));
     task.disks = {files.draft};
-    expect(run(task, limits), request.input);
+    expect(run(std::move(task), limits), request.input);
 }
 
 } // namespace engine

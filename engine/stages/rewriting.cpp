@@ -110,6 +110,7 @@ ChildTask rewritingTask(const Request &request, const RunFiles &files, const Set
 {
     const auto program = std::make_shared<Descriptor>(openProgram(settings.ghostscript));
     ChildTask task;
+    task.name = "Ghostscript";
     task.channels = {{draftChannel, files.ghostscriptOutput},
                      {documentChannel, files.document},
                      {programChannel, program->get()}};

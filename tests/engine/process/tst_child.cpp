@@ -91,4 +91,4 @@ void TestChild::whomItLeavesBehind()
 }
 
 QTEST_GUILESS_MAIN(TestChild)
-#include "tst_engine_child.moc"
+#include "tst_child.moc"

@@ -161,4 +161,4 @@ void TestRelay::interrupted()
 }
 
 QTEST_GUILESS_MAIN(TestRelay)
-#include "tst_engine_relay.moc"
+#include "tst_relay.moc"

@@ -78,4 +78,4 @@ void TestDiskWatch::unknownDisk()
 }
 
 QTEST_GUILESS_MAIN(TestDiskWatch)
-#include "tst_engine_diskwatch.moc"
+#include "tst_diskwatch.moc"

@@ -1,6 +1,7 @@
 #include "contentwalk.h"
 
 #include "contentnesting.h"
+#include "pageboxes.h"
 
 #include <optional>
 #include <qpdf/QPDFPageObjectHelper.hh>
@@ -19,31 +20,6 @@ constexpr int noViewFlag = 1 << 5;
 
 // Fields within fields.
 constexpr int deepest = 50;
-
-std::optional<Box> boxOf(QPDFObjectHandle array)
-{
-    if (!array.isRectangle())
-        return {};
-    const auto box = array.getArrayAsRectangle();
-    return Box{box.llx, box.lly, box.urx, box.ury};
-}
-
-double unitOf(QPDFObjectHandle page)
-{
-    QPDFObjectHandle unit = page.getKey("/UserUnit");
-    const double value = unit.isNumber() ? unit.getNumericValue() : 1;
-    return value > 0 ? value : 1;
-}
-
-Box cropOf(QPDFPageObjectHelper page, double unit)
-{
-    const Box media = boxOf(page.getAttribute("/MediaBox", false)).value_or(Box{0, 0, 612, 792});
-    const Box crop = boxOf(page.getAttribute("/CropBox", false)).value_or(media);
-    const Box visible = {std::max(media.left, crop.left), std::max(media.bottom, crop.bottom),
-                         std::min(media.right, crop.right), std::min(media.top, crop.top)};
-    const bool isEmpty = visible.left >= visible.right || visible.bottom >= visible.top;
-    return boundsOf(isEmpty ? media : visible, {unit, 0, 0, unit, 0, 0});
-}
 
 Matrix formMatrixOf(QPDFObjectHandle form)
 {
@@ -98,7 +74,7 @@ private:
     void walkPage(QPDFObjectHandle page, int index)
     {
         const double unit = unitOf(page);
-        m_nesting.enterPage(cropOf(page, unit));
+        m_nesting.enterPage(pageViewOf(page, index).crop);
         ContentScope scope(QPDFPageObjectHelper(page).getAttribute("/Resources", false),
                            page.getObjGen(), nullptr);
         const ContentStart start{{index}, {unit, 0, 0, unit, 0, 0}};

@@ -1,0 +1,155 @@
+#include "findings.h"
+
+#include "picturecomparison.h"
+#include "placement.h"
+#include "textcomparison.h"
+
+#include <charconv>
+#include <sstream>
+#include <stdexcept>
+
+namespace engine {
+
+namespace {
+
+constexpr const char *unexplainedLine = "unexplained";
+
+using Parts = std::vector<TouchedPart>;
+
+Parts partsOn(int page, const Parts &parts)
+{
+    Parts here;
+    for (const TouchedPart &part : parts) {
+        if (part.page == page)
+            here.push_back(part);
+    }
+    return here;
+}
+
+void blame(PartKind kind, const Parts &parts, Findings &findings)
+{
+    for (const TouchedPart &part : parts) {
+        if (part.kind == kind)
+            findings.failed.insert(part.object);
+    }
+}
+
+// For a difference that is not in an image's place.
+Findings blamed(const Parts &parts)
+{
+    Findings findings;
+    blame(PartKind::Font, parts, findings);
+    if (findings.failed.empty())
+        blame(PartKind::Image, parts, findings);
+    findings.unexplained = findings.failed.empty();
+    return findings;
+}
+
+std::vector<PlacedImage> placesOf(const Parts &parts, const PageView &page, const Picture &picture)
+{
+    std::vector<PlacedImage> places;
+    for (const TouchedPart &part : parts) {
+        if (part.kind == PartKind::Image)
+            places.push_back({part.object, placeOf(part, page, picture.width, picture.height)});
+    }
+    return places;
+}
+
+Findings comparePage(const Picture &copy, const Picture &original, const PageView &page,
+                     const Parts &parts)
+{
+    const PictureDifference difference =
+        differenceOf(copy, original, placesOf(parts, page, original));
+    Findings findings{.failed = difference.images, .unexplained = false};
+    if (difference.elsewhere)
+        findings.add(blamed(parts));
+    return findings;
+}
+
+Findings blamedAll(const Parts &parts)
+{
+    Findings findings = blamed(parts);
+    blame(PartKind::Image, parts, findings);
+    return findings;
+}
+
+// Nothing is left to be read behind what is no picture.
+std::optional<Picture> pictureIn(PictureFile &file, bool &readable)
+{
+    try {
+        if (readable)
+            return file.next();
+    } catch (const std::runtime_error &) {
+        readable = false;
+    }
+    return {};
+}
+
+bool readLine(const std::string &line, Findings &findings)
+{
+    if (line == unexplainedLine)
+        return findings.unexplained = true;
+    int object = 0;
+    const char *end = line.data() + line.size();
+    const auto [rest, error] = std::from_chars(line.data(), end, object);
+    if (error != std::errc() || rest != end || object < 1)
+        return false;
+    return findings.failed.insert(object).second;
+}
+
+} // namespace
+
+void Findings::add(const Findings &more)
+{
+    failed.insert(more.failed.begin(), more.failed.end());
+    unexplained = unexplained || more.unexplained;
+}
+
+Findings compareTexts(int copy, int original, const std::vector<TouchedPart> &parts)
+{
+    Findings findings;
+    for (const int page : pagesOfOtherText(copy, original))
+        findings.add(blamed(partsOn(page, parts)));
+    return findings;
+}
+
+Findings comparePictures(int copy, int original, const std::vector<PageView> &pages,
+                         const std::vector<TouchedPart> &parts)
+{
+    PictureFile copies(copy);
+    PictureFile originals(original);
+    bool readable = true;
+    Findings findings;
+    for (const PageView &page : pages) {
+        const Parts here = partsOn(page.page, parts);
+        const auto one = pictureIn(copies, readable);
+        const auto other = pictureIn(originals, readable);
+        findings.add(one && other ? comparePage(*one, *other, page, here) : blamedAll(here));
+    }
+    return findings;
+}
+
+std::string linesOf(const Findings &findings)
+{
+    std::string lines;
+    if (findings.unexplained)
+        lines += std::string(unexplainedLine) + '\n';
+    for (const int object : findings.failed)
+        lines += std::to_string(object) + '\n';
+    return lines;
+}
+
+std::optional<Findings> findingsOf(const std::string &lines)
+{
+    if (!lines.empty() && lines.back() != '\n')
+        return {};
+    Findings findings;
+    std::istringstream stream(lines);
+    for (std::string line; std::getline(stream, line);) {
+        if (!readLine(line, findings))
+            return {};
+    }
+    return findings;
+}
+
+} // namespace engine

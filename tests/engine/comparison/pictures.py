@@ -13,16 +13,18 @@ LEVELS = 28
 # What a whole page may be brighter or darker in its mean.
 PAGE_LEVELS = 4
 
-READERS = {
-    "poppler": lambda path: Pipe("pdftoppm", "-r", str(RESOLUTION), path),
-    "mutool": lambda path: Pipe("mutool", "draw", "-q", "-r", str(RESOLUTION), "-F", "ppm", "-o",
-                                "-", path),
+READERS = ("poppler", "mutool")
+# poppler draws the media box if it isn't told otherwise, mutool the crop box.
+COMMANDS = {
+    "poppler": ("pdftoppm", "-r", str(RESOLUTION)),
+    "poppler in the crop box": ("pdftoppm", "-cropbox", "-r", str(RESOLUTION)),
+    "mutool": ("mutool", "draw", "-q", "-r", str(RESOLUTION), "-F", "ppm", "-o", "-"),
 }
 
 
 def pages_drawn(reader, path):
     """The pages one by one, as arrays of rows, columns and colours."""
-    with READERS[reader](path) as stream:
+    with Pipe(*COMMANDS[reader], path) as stream:
         while stream.readline().strip() == b"P6":
             width, height = map(int, stream.readline().split())
             stream.readline()
@@ -32,11 +34,11 @@ def pages_drawn(reader, path):
             yield numpy.frombuffer(data, numpy.uint8).reshape(height, width, 3)
 
 
-def block_means(page):
+def block_means(page, edge=BLOCK):
     height, width, _ = page.shape
-    padded = numpy.pad(page, ((0, -height % BLOCK), (0, -width % BLOCK), (0, 0)), mode="edge")
-    rows, columns = padded.shape[0] // BLOCK, padded.shape[1] // BLOCK
-    return padded.reshape(rows, BLOCK, columns, BLOCK, 3).mean(axis=(1, 3))
+    padded = numpy.pad(page, ((0, -height % edge), (0, -width % edge), (0, 0)), mode="edge")
+    rows, columns = padded.shape[0] // edge, padded.shape[1] // edge
+    return padded.reshape(rows, edge, columns, edge, 3).mean(axis=(1, 3))
 
 
 def shifted(page, down, across):

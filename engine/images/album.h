@@ -1,0 +1,27 @@
+#pragma once
+
+#include "treatment.h"
+
+#include <optional>
+#include <string>
+
+namespace engine {
+
+/// The numbers of the objects whose images the album's pages show, in their order; 0 for a page
+/// whose image could not be read.
+using AlbumIndex = std::vector<int>;
+
+/// Writes a document that shows every image for Ghostscript to make smaller, or to take off, on a
+/// page of its own, as large as it is shown at most. Its samples have no meaning there but gray,
+/// RGB or CMYK, and no mask. Without any image the file stays empty. Throws a std::exception if it
+/// can't be written.
+AlbumIndex writeAlbum(QPDF &document, const std::vector<SurveyedImage> &images,
+                      const ImageOptions &options, int file);
+
+/// One line a page.
+std::string linesOf(const AlbumIndex &index);
+
+/// The index again; nothing for a text that linesOf() does not write.
+std::optional<AlbumIndex> albumIndexOf(const std::string &lines);
+
+} // namespace engine

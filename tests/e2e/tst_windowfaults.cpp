@@ -6,6 +6,7 @@
 #include "support/pdftools.h"
 #include "support/processes.h"
 #include "support/tools.h"
+#include "support/verdicts.h"
 
 #include <QDir>
 #include <QFile>
@@ -17,9 +18,6 @@
 #include <unistd.h>
 
 namespace {
-
-constexpr auto succeed = "Succeed";
-constexpr auto failed = "Failed";
 
 /// A disk of its own that only the program and its engines see, in place of a folder.
 class TinyDisk

@@ -1,9 +1,9 @@
-#include "batch.h"
 #include "originals.h"
 #include "src/process.h"
 #include "support/optionswindow.h"
 #include "support/pdftools.h"
 #include "support/sandbox.h"
+#include "support/windowuser.h"
 
 #include <QProgressBar>
 #include <QTest>
@@ -114,7 +114,7 @@ QString TestEffects::copyWith(const Options &options, const QString &original)
     Process program;
     applyOptions(program, options);
     m_copy = m_sandbox->outputPath(QFileInfo(original).fileName());
-    return compress(program, {original}, m_sandbox->outputFolder()).constFirst();
+    return WindowUser(program).compress({original}, m_sandbox->outputFolder()).constFirst();
 }
 
 // Images
@@ -141,7 +141,7 @@ void TestEffects::resolution()
                        {"lineEdit_mno_res", "288"},
                        {field, "72"}},
                       images()),
-             QString("Succeed"));
+             QString(succeed));
     const QList<tools::Image> copied = tools::images(m_copy);
     QCOMPARE(copied.size(), qsizetype(3));
     for (int other = 0; other < copied.size(); ++other) {
@@ -177,7 +177,7 @@ void TestEffects::downsampleType()
     QFETCH(int, place);
     QFETCH(int, type);
     m_sandbox->store(key, "72"); // not typed: "Closed" hides the field
-    QCOMPARE(copyWith({{typeBox, QString::number(type)}}, images()), QString("Succeed"));
+    QCOMPARE(copyWith({{typeBox, QString::number(type)}}, images()), QString(succeed));
     const QList<tools::Image> copied = tools::images(m_copy);
     QCOMPARE(copied.size(), qsizetype(3));
     QTEST(copied[place].dpi, "dpi");
@@ -194,7 +194,7 @@ void TestEffects::downsampleTypesDiffer()
                            {"lineEdit_clr_res", "72"},
                            {"comboBox_clr_compress", "2"}},
                           images()),
-                 QString("Succeed"));
+                 QString(succeed));
         spread[type] = variance(tools::pixels(m_copy, colourImage));
     }
     const double original = variance(tools::pixels(images(), colourImage));
@@ -235,9 +235,9 @@ void TestEffects::compression()
     QFETCH(QString, box);
     QFETCH(int, mode);
     QFETCH(int, place);
-    QCOMPARE(copyWith({{box, QString::number(mode)}}, images()), QString("Succeed"));
+    QCOMPARE(copyWith({{box, QString::number(mode)}}, images()), QString(succeed));
     QTEST(tools::images(m_copy).value(place).filter, "ofNoise");
-    QCOMPARE(copyWith({}, shades()), QString("Succeed"));
+    QCOMPARE(copyWith({}, shades()), QString(succeed));
     QTEST(tools::images(m_copy).value(place).filter, "ofShades");
 }
 
@@ -258,13 +258,13 @@ void TestEffects::refusedOptionFailsAndTheBatchGoesOn()
     Process program;
     applyOptions(program, refused);
     const QStringList inputs = {images(), text(), images()};
-    QCOMPARE(compress(program, inputs, m_sandbox->outputFolder()),
-             QStringList({"Failed", "Failed", "Failed"}));
+    QCOMPARE(WindowUser(program).compress(inputs, m_sandbox->outputFolder()),
+             QStringList({failed, failed, failed}));
     QCOMPARE(program.findChild<QProgressBar *>("progressBar")->value(), 0);
 
     applyOptions(program, accepted);
-    QCOMPARE(compress(program, inputs, m_sandbox->outputFolder()),
-             QStringList({"Succeed", "Succeed", "Succeed"}));
+    QCOMPARE(WindowUser(program).compress(inputs, m_sandbox->outputFolder()),
+             QStringList({succeed, succeed, succeed}));
 }
 
 // Fonts
@@ -283,7 +283,7 @@ void TestEffects::fonts_data()
 void TestEffects::fonts()
 {
     QFETCH(Options, options);
-    QCOMPARE(copyWith(options, text()), QString("Succeed"));
+    QCOMPARE(copyWith(options, text()), QString(succeed));
     const QList<tools::Font> copied = tools::fonts(m_copy);
     QCOMPARE(copied.size(), qsizetype(2));
     for (const tools::Font &font : copied) {
@@ -294,11 +294,11 @@ void TestEffects::fonts()
 
 void TestEffects::uncompressedFontsAreLarger()
 {
-    QCOMPARE(copyWith({{"checkBox_subset", "No"}}, text()), QString("Succeed"));
+    QCOMPARE(copyWith({{"checkBox_subset", "No"}}, text()), QString(succeed));
     const qint64 compressed = QFileInfo(m_copy).size();
     init();
     QCOMPARE(copyWith({{"checkBox_subset", "No"}, {"checkBox_compressfonts", "No"}}, text()),
-             QString("Succeed"));
+             QString(succeed));
     QVERIFY(QFileInfo(m_copy).size() > compressed * 5 / 4);
 }
 
@@ -306,14 +306,14 @@ void TestEffects::uncompressedFontsAreLarger()
 
 void TestEffects::noPasswordNoEncryption()
 {
-    QCOMPARE(copyWith({{"checkBox_allow_print", "No"}}, images()), QString("Succeed"));
+    QCOMPARE(copyWith({{"checkBox_allow_print", "No"}}, images()), QString(succeed));
     QCOMPARE(tools::information(m_copy).value("Encrypted"), QString("no"));
 }
 
 // Ghostscript itself takes a user password only together with an owner password.
 void TestEffects::userPassword()
 {
-    QCOMPARE(copyWith({{"lineEdit_userpassword", "user"}}, images()), QString("Succeed"));
+    QCOMPARE(copyWith({{"lineEdit_userpassword", "user"}}, images()), QString(succeed));
     QVERIFY(tools::asksForPassword(m_copy));
     QVERIFY(tools::opensWith(m_copy, "user"));
     QVERIFY(!tools::opensWith(m_copy, "other"));
@@ -321,7 +321,7 @@ void TestEffects::userPassword()
 
 void TestEffects::ownerPassword()
 {
-    QCOMPARE(copyWith({{"lineEdit_ownerpassword", "owner"}}, images()), QString("Succeed"));
+    QCOMPARE(copyWith({{"lineEdit_ownerpassword", "owner"}}, images()), QString(succeed));
     QVERIFY(!tools::asksForPassword(m_copy));
     QVERIFY(tools::information(m_copy).value("Encrypted").startsWith("yes"));
     QVERIFY(tools::opensWith(m_copy, "owner"));
@@ -331,7 +331,7 @@ void TestEffects::bothPasswords()
 {
     QCOMPARE(copyWith({{"lineEdit_userpassword", "user"}, {"lineEdit_ownerpassword", "owner"}},
                       images()),
-             QString("Succeed"));
+             QString(succeed));
     QVERIFY(tools::asksForPassword(m_copy));
     QVERIFY(tools::opensWith(m_copy, "user"));
     QVERIFY(tools::opensWith(m_copy, "owner"));
@@ -366,7 +366,7 @@ void TestEffects::permissions()
                        {"checkBox_allow_copy", flag(copy)},
                        {"checkBox_allow_add", flag(comment)}},
                       images()),
-             QString("Succeed"));
+             QString(succeed));
     const tools::Permissions granted = tools::permissions(m_copy, "user");
     QCOMPARE(granted.print, print);
     QCOMPARE(granted.change, change);
@@ -385,7 +385,7 @@ void TestEffects::description()
                        {"lineEdit_creator", "A creator"},
                        {"lineEdit_producer", "A producer"}},
                       images()),
-             QString("Succeed"));
+             QString(succeed));
     const QMap<QString, QString> information = tools::information(m_copy);
     QCOMPARE(information.value("Title"), QString("A title"));
     QCOMPARE(information.value("Author"), QString("An author"));
@@ -400,7 +400,7 @@ void TestEffects::descriptionPageOff()
 {
     m_sandbox->store("Annot/Cre", "A creator");
     m_sandbox->store("Annot/Tit", "A title");
-    QCOMPARE(copyWith({{"Description", "No"}}, images()), QString("Succeed"));
+    QCOMPARE(copyWith({{"Description", "No"}}, images()), QString(succeed));
     const QMap<QString, QString> information = tools::information(m_copy);
     for (const char *blanked : {"Creator", "Producer"}) {
         QVERIFY(information.contains(blanked));
@@ -414,12 +414,14 @@ void TestEffects::unbalancedParenthesis()
 {
     Process program;
     applyOptions(program, {{"lineEdit_title", "open ("}, {"lineEdit_author", "An author"}});
-    const QStringList verdicts = compress(program, {images(), text()}, m_sandbox->outputFolder());
-    QCOMPARE(verdicts, QStringList({"Failed", "Failed"}));
+    const QStringList verdicts =
+        WindowUser(program).compress({images(), text()}, m_sandbox->outputFolder());
+    QCOMPARE(verdicts, QStringList({failed, failed}));
     QVERIFY(m_sandbox->outputs().isEmpty());
 
     applyOptions(program, {{"lineEdit_title", "closed ()"}});
-    QCOMPARE(compress(program, {text()}, m_sandbox->outputFolder()), QStringList("Succeed"));
+    QCOMPARE(WindowUser(program).compress({text()}, m_sandbox->outputFolder()),
+             QStringList(succeed));
     QCOMPARE(
         tools::information(m_sandbox->outputPath(m_sandbox->outputs().constLast())).value("Title"),
         QString("closed ()"));
@@ -427,10 +429,10 @@ void TestEffects::unbalancedParenthesis()
 
 void TestEffects::pdfa()
 {
-    QCOMPARE(copyWith({{"checkBox_pdfa", "Ok"}}, text()), QString("Succeed"));
+    QCOMPARE(copyWith({{"checkBox_pdfa", "Ok"}}, text()), QString(succeed));
     QVERIFY(readFile(m_copy).contains("pdfaid:part"));
     init();
-    QCOMPARE(copyWith({}, text()), QString("Succeed"));
+    QCOMPARE(copyWith({}, text()), QString(succeed));
     QVERIFY(!readFile(m_copy).contains("pdfaid:part"));
 }
 

@@ -5,18 +5,13 @@
 #include "core/markfile.h"
 #include "src/process.h"
 #include "support/bound.h"
-#include "support/dragdrop.h"
 #include "support/fakeengine.h"
-#include "support/modal.h"
 #include "support/optionswindow.h"
 #include "support/sandbox.h"
+#include "support/windowuser.h"
 
-#include <QCheckBox>
-#include <QComboBox>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QRandomGenerator>
-#include <QTableWidget>
 #include <QTest>
 
 #include <memory>
@@ -395,23 +390,20 @@ void TestOptionsTrip::markArgumentComesWithTheFirstApply()
 void TestOptionsTrip::applyDuringARunCountsFromTheNextFile()
 {
     m_engine->behave({.gate = true}, "a");
-    // A drop inserts its files from the last to the first.
-    QList<QUrl> inputs;
-    for (const char *name : {"c.pdf", "b.pdf", "a.pdf"})
-        inputs.append(QUrl::fromLocalFile(m_sandbox->addInput(name)));
+    QStringList inputs;
+    for (const char *name : {"a.pdf", "b.pdf", "c.pdf"})
+        inputs.append(m_sandbox->addInput(name));
     Process program;
-    auto *table = program.findChild<QTableWidget *>("inputfiletableWidget");
-    dropUrls(program, inputs);
-    QCOMPARE(table->rowCount(), 3);
-    program.findChild<QLineEdit *>("outputfolderEdit")->setText(m_sandbox->outputFolder());
-    program.findChild<QPushButton *>("runButton")->click();
+    const WindowUser user(program);
+    user.drop(inputs);
+    user.folderEdit()->setText(m_sandbox->outputFolder());
+    user.run();
     QTRY_COMPARE_WITH_TIMEOUT(m_engine->startCount(), 1, bound);
 
     applyOptions(program, {{"lineEdit_clr_res", "72"}, {"lineEdit_title", "T"}});
     QCOMPARE(m_engine->startCount(), 1);
     m_engine->open();
-    QTRY_COMPARE_WITH_TIMEOUT(m_engine->startCount(), 3, bound);
-    QTRY_VERIFY_WITH_TIMEOUT(table->item(2, 2), bound);
+    user.awaitEnd();
 
     QCOMPARE(m_engine->inputs(), QStringList({"a", "b", "c"}));
     const QList<QStringList> starts = m_engine->starts();

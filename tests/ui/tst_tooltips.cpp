@@ -1,30 +1,19 @@
-#include "src/process.h"
+// What the pointer is told over a file and over its verdict, and the screen reader with it.
+
 #include "support/bound.h"
 #include "support/darkdesktop.h"
-#include "support/dragdrop.h"
-#include "support/fakeengine.h"
-#include "support/sandbox.h"
+#include "windowtest.h"
 
 #include <QAccessible>
 #include <QApplication>
 #include <QHelpEvent>
-#include <QLineEdit>
-#include <QProgressBar>
-#include <QPushButton>
 #include <QTableWidget>
 #include <QTest>
 #include <QToolTip>
 
 #include <algorithm>
-#include <memory>
 
 namespace {
-
-enum Column {
-    path,
-    size,
-    result,
-};
 
 QWidget *shownTip()
 {
@@ -52,12 +41,11 @@ int contrast(QWidget &widget)
 
 } // namespace
 
-class TestToolTips : public QObject
+class TestToolTips : public WindowTest
 {
     Q_OBJECT
 
 private slots:
-    void init();
     void cleanup();
     void pathIsGivenWhole();
     void outcomes_data();
@@ -70,66 +58,42 @@ private slots:
     void readable();
 
 private:
-    QTableWidget *table() const { return m_window->findChild<QTableWidget *>(); }
-    QString list(const QString &name, qint64 bytes) const;
-    void runToTheEnd();
-    void hover(int row, Column column) const;
+    QString listOne(const QString &name, qint64 bytes) const;
+    void hover(int row, WindowUser::Column column) const;
 
-    QPalette m_palette;
-    std::unique_ptr<FakeEngine> m_engine;
-    std::unique_ptr<Sandbox> m_sandbox;
-    std::unique_ptr<Process> m_window;
+    QPalette m_palette = QApplication::palette();
 };
-
-void TestToolTips::init()
-{
-    m_palette = QApplication::palette();
-    m_engine = std::make_unique<FakeEngine>();
-    m_sandbox = std::make_unique<Sandbox>();
-    m_window = std::make_unique<Process>();
-    m_window->findChild<QLineEdit *>("outputfolderEdit")->setText(m_sandbox->outputFolder());
-    m_window->show();
-}
 
 void TestToolTips::cleanup()
 {
     QToolTip::hideText();
-    m_window.reset();
-    m_sandbox.reset();
-    m_engine.reset();
+    WindowTest::cleanup();
     QApplication::setPalette(m_palette);
 }
 
-QString TestToolTips::list(const QString &name, qint64 bytes) const
+QString TestToolTips::listOne(const QString &name, qint64 bytes) const
 {
     const QString path = m_sandbox->addInput(name, bytes);
-    dropUrls(*m_window, {QUrl::fromLocalFile(path)});
+    m_user->drop({path});
     return path;
 }
 
-void TestToolTips::runToTheEnd()
+void TestToolTips::hover(int row, WindowUser::Column column) const
 {
-    QTest::mouseClick(m_window->findChild<QPushButton *>("runButton"), Qt::LeftButton);
-    const auto *progress = m_window->findChild<QProgressBar *>("progressBar");
-    QTRY_COMPARE_WITH_TIMEOUT(progress->value(), 0, bound);
-}
-
-void TestToolTips::hover(int row, Column column) const
-{
-    const QModelIndex cell = table()->model()->index(row, column);
-    const QPoint place = table()->visualRect(cell).center();
-    QHelpEvent help(QEvent::ToolTip, place, table()->viewport()->mapToGlobal(place));
-    QApplication::sendEvent(table()->viewport(), &help);
+    const QModelIndex cell = m_user->table()->model()->index(row, column);
+    const QPoint place = m_user->table()->visualRect(cell).center();
+    QHelpEvent help(QEvent::ToolTip, place, m_user->table()->viewport()->mapToGlobal(place));
+    QApplication::sendEvent(m_user->table()->viewport(), &help);
 }
 
 void TestToolTips::pathIsGivenWhole()
 {
-    const QString plain = list("a & b.pdf", 10);
-    hover(0, path);
+    const QString plain = listOne("a & b.pdf", 10);
+    hover(0, WindowUser::path);
     QCOMPARE(QToolTip::text(), plain);
     // Not rich text, whatever it looks like.
-    const QString odd = list("<b>bold<b>&amp;.pdf", 10);
-    hover(1, path);
+    const QString odd = listOne("<b>bold<b>&amp;.pdf", 10);
+    hover(1, WindowUser::path);
     QCOMPARE(QToolTip::text(), "<qt>" + odd.toHtmlEscaped() + "</qt>");
 }
 
@@ -143,11 +107,11 @@ void TestToolTips::outcomes_data()
     const auto row = [](qint64 original, int copy, const char *verdict, const char *tip) {
         QTest::newRow(tip) << original << copy << QString(verdict) << QString(tip);
     };
-    row(288123, 93456, "Succeed", "288.1 KB to 93.5 KB, 68 % saved");
-    row(93456, 93456, "Succeed", "93.5 KB to 93.5 KB, nothing saved");
-    row(93456, 288123, "Succeed", "93.5 KB to 288.1 KB, 208 % larger");
-    row(288123, 5000, "Failed", "The copy has at most 5000 bytes");
-    row(288123, -1, "Failed", "No copy was made");
+    row(288123, 93456, succeed, "288.1 KB to 93.5 KB, 68 % saved");
+    row(93456, 93456, succeed, "93.5 KB to 93.5 KB, nothing saved");
+    row(93456, 288123, succeed, "93.5 KB to 288.1 KB, 208 % larger");
+    row(288123, 5000, failed, "The copy has at most 5000 bytes");
+    row(288123, -1, failed, "No copy was made");
 }
 
 void TestToolTips::outcomes()
@@ -155,54 +119,54 @@ void TestToolTips::outcomes()
     QFETCH(qint64, original);
     QFETCH(int, copy);
     m_engine->behave({.bytes = copy});
-    list("a.pdf", original);
-    runToTheEnd();
-    hover(0, result);
+    listOne("a.pdf", original);
+    m_user->runToTheEnd();
+    hover(0, WindowUser::result);
     QTEST(QToolTip::text(), "tip");
-    QTEST(table()->item(0, result)->text(), "verdict");
+    QTEST(m_user->verdict(0), "verdict");
 }
 
 void TestToolTips::originalGoneMeanwhile()
 {
     m_engine->behave({.bytes = 93456});
-    QVERIFY(QFile::remove(list("a.pdf", 288123)));
-    runToTheEnd();
-    hover(0, result);
+    QVERIFY(QFile::remove(listOne("a.pdf", 288123)));
+    m_user->runToTheEnd();
+    hover(0, WindowUser::result);
     QCOMPARE(QToolTip::text(), QString("The copy has 93.5 KB"));
 }
 
 void TestToolTips::nothingToSayBeforeTheVerdict()
 {
-    list("a.pdf", 10);
-    hover(0, path);
+    listOne("a.pdf", 10);
+    hover(0, WindowUser::path);
     QTRY_VERIFY_WITH_TIMEOUT(QToolTip::isVisible(), bound);
-    hover(0, result);
+    hover(0, WindowUser::result);
     QTRY_VERIFY_WITH_TIMEOUT(!QToolTip::isVisible(), bound);
 }
 
 void TestToolTips::nextRunReplacesTheOutcome()
 {
     m_engine->behave({.bytes = -1});
-    list("a.pdf", 20000);
-    runToTheEnd();
+    listOne("a.pdf", 20000);
+    m_user->runToTheEnd();
     m_engine->behave({.bytes = 10000});
-    runToTheEnd();
-    hover(0, result);
+    m_user->runToTheEnd();
+    hover(0, WindowUser::result);
     QCOMPARE(QToolTip::text(), QString("20.0 KB to 10.0 KB, 50 % saved"));
 }
 
 void TestToolTips::screenReaderGetsTheOutcome()
 {
     m_engine->behave({.bytes = 10000});
-    list("a.pdf", 20000);
-    runToTheEnd();
-    const QTableWidgetItem *item = table()->item(0, result);
+    listOne("a.pdf", 20000);
+    m_user->runToTheEnd();
+    const QTableWidgetItem *item = m_user->table()->item(0, WindowUser::result);
     QCOMPARE(item->data(Qt::AccessibleDescriptionRole).toString(),
              QString("20.0 KB to 10.0 KB, 50 % saved"));
-    QAccessibleInterface *cells = QAccessible::queryAccessibleInterface(table());
+    QAccessibleInterface *cells = QAccessible::queryAccessibleInterface(m_user->table());
     QVERIFY(cells && cells->tableInterface());
-    const QAccessibleInterface *cell = cells->tableInterface()->cellAt(0, result);
-    QCOMPARE(cell->text(QAccessible::Name), QString("Succeed"));
+    const QAccessibleInterface *cell = cells->tableInterface()->cellAt(0, WindowUser::result);
+    QCOMPARE(cell->text(QAccessible::Name), QString(succeed));
     QCOMPARE(cell->text(QAccessible::Description), QString("20.0 KB to 10.0 KB, 50 % saved"));
 }
 
@@ -211,8 +175,8 @@ void TestToolTips::readable_data()
     QTest::addColumn<bool>("dark");
     QTest::addColumn<int>("column");
     for (const auto &[desktop, dark] : {std::pair("light", false), std::pair("dark", true)}) {
-        QTest::addRow("path, %s desktop", desktop) << dark << int(path);
-        QTest::addRow("result, %s desktop", desktop) << dark << int(result);
+        QTest::addRow("path, %s desktop", desktop) << dark << int(WindowUser::path);
+        QTest::addRow("result, %s desktop", desktop) << dark << int(WindowUser::result);
     }
 }
 
@@ -223,9 +187,9 @@ void TestToolTips::readable()
     QFETCH(int, column);
     if (dark)
         QApplication::setPalette(darkDesktop());
-    list("a.pdf", 10);
-    runToTheEnd();
-    hover(0, static_cast<Column>(column));
+    listOne("a.pdf", 10);
+    m_user->runToTheEnd();
+    hover(0, static_cast<WindowUser::Column>(column));
     QTRY_VERIFY_WITH_TIMEOUT(shownTip(), bound);
     QVERIFY(contrast(*shownTip()) > 120);
 }

@@ -1,19 +1,12 @@
 // Which texts a translation would reach, and in which context. None is part of the program.
-#include "src/process.h"
-#include "support/bound.h"
-#include "support/fakeengine.h"
 #include "support/modal.h"
-#include "support/sandbox.h"
+#include "windowtest.h"
 
-#include <QLabel>
+#include <QHeaderView>
 #include <QLineEdit>
-#include <QProgressBar>
-#include <QPushButton>
 #include <QTableWidget>
 #include <QTest>
 #include <QTranslator>
-
-#include <memory>
 
 namespace {
 
@@ -30,7 +23,7 @@ public:
 
 } // namespace
 
-class TestTranslation : public QObject
+class TestTranslation : public WindowTest
 {
     Q_OBJECT
 
@@ -49,46 +42,19 @@ private slots:
     void verdicts();
 
 private:
-    template <typename Widget>
-    Widget *find(const QString &name) const
-    {
-        return m_window->findChild<Widget *>(name);
-    }
-    QTableWidget *table() const { return find<QTableWidget>("inputfiletableWidget"); }
-    void list(const QString &path);
-    void press(const char *button) { QTest::mouseClick(find<QPushButton>(button), Qt::LeftButton); }
-
     Translator m_translator;
-    std::unique_ptr<FakeEngine> m_engine;
-    std::unique_ptr<Sandbox> m_sandbox;
-    std::unique_ptr<Process> m_window;
 };
 
 void TestTranslation::init()
 {
     QVERIFY(QCoreApplication::installTranslator(&m_translator));
-    m_engine = std::make_unique<FakeEngine>();
-    m_sandbox = std::make_unique<Sandbox>();
-    m_window = std::make_unique<Process>();
-    m_window->show();
+    WindowTest::init();
 }
 
 void TestTranslation::cleanup()
 {
-    m_window.reset();
-    m_sandbox.reset();
-    m_engine.reset();
+    WindowTest::cleanup();
     QVERIFY(QCoreApplication::removeTranslator(&m_translator));
-}
-
-void TestTranslation::list(const QString &path)
-{
-    const NextModal dialog([&path](QWidget &files) {
-        files.findChild<QLineEdit *>("fileNameEdit")->setText(path);
-        QMetaObject::invokeMethod(&files, "accept");
-    });
-    press("openfileButton");
-    QCOMPARE(table()->rowCount(), 1);
 }
 
 void TestTranslation::captions_data()
@@ -103,7 +69,7 @@ void TestTranslation::captions_data()
 
 void TestTranslation::captions()
 {
-    const auto *widget = find<QWidget>(QTest::currentDataTag());
+    const auto *widget = m_user->find<QWidget>(QTest::currentDataTag());
     QTEST(widget->property("text").toString(), "text");
 }
 
@@ -111,7 +77,7 @@ void TestTranslation::headers()
 {
     QStringList texts;
     for (int column = 0; column < 3; ++column)
-        texts.append(table()->horizontalHeaderItem(column)->text());
+        texts.append(m_user->table()->horizontalHeaderItem(column)->text());
     QCOMPARE(texts, QStringList({"process: PDF File", "process: File Size", "process: Result"}));
     QCOMPARE(m_window->windowTitle(), QString("Corvane"));
 }
@@ -124,7 +90,7 @@ void TestTranslation::dialogs()
             titles.append(shown.windowTitle());
             shown.close();
         });
-        press(button);
+        m_user->press(button);
     }
     QCOMPARE(titles, QStringList({"OpDialog: Option", "AboutDialog: About"}));
 }
@@ -143,23 +109,24 @@ void TestTranslation::fileDialogs()
         title = shown.windowTitle();
         shown.close();
     });
-    press(QTest::currentDataTag());
+    m_user->press(QTest::currentDataTag());
     QTEST(title, "title");
 }
 
 void TestTranslation::emptyInput()
 {
     const NextMessageBox box;
-    press("runButton");
+    m_user->press("runButton");
     QCOMPARE(box.title, QString("Process: Empty input"));
     QCOMPARE(box.text, QString("Process: Please choose files to convert."));
 }
 
 void TestTranslation::noOutputFolder()
 {
-    list(m_sandbox->addInput("a.pdf"));
+    list({"a.pdf"});
+    m_user->folderEdit()->clear();
     const NextMessageBox box;
-    press("runButton");
+    m_user->press("runButton");
     QCOMPARE(box.title, QString("Invalid order"));
     QCOMPARE(box.text, QString("Please specify an output folder."));
 }
@@ -176,13 +143,11 @@ void TestTranslation::verdicts()
 {
     QFETCH(qint64, bytes);
     m_engine->behave({.bytes = bytes});
-    list(m_sandbox->addInput("a.pdf"));
-    find<QLineEdit>("outputfolderEdit")->setText(m_sandbox->outputFolder());
-    press("runButton");
-    QTRY_VERIFY_WITH_TIMEOUT(table()->item(0, 2), bound);
-    QCOMPARE(table()->item(0, 2)->text(), QString(QTest::currentDataTag()));
+    list({"a.pdf"});
+    m_user->runToTheEnd();
+    QCOMPARE(m_user->verdict(0), QString(QTest::currentDataTag()));
     QFETCH(QString, tip);
-    QVERIFY(table()->item(0, 2)->toolTip().startsWith(tip));
+    QVERIFY(m_user->table()->item(0, 2)->toolTip().startsWith(tip));
 }
 
 QTEST_MAIN(TestTranslation)

@@ -1,0 +1,163 @@
+#include "shrinkfonts.h"
+
+#include "descriptors.h"
+#include "fieldfonts.h"
+#include "formats/deflate.h"
+#include "pagebox.h"
+#include "pdf/streams.h"
+#include "shownglyphs.h"
+#include "standard14.h"
+#include "subset.h"
+
+#include <algorithm>
+
+namespace engine {
+
+namespace {
+
+bool isSubsettable(const EmbeddedProgram &embedded)
+{
+    return embedded.isAccountedFor && embedded.key != "/FontFile";
+}
+
+// A reader may take letters from the program's own lookups where the document has none of its own.
+Needs needsOf(const EmbeddedProgram &embedded)
+{
+    Needs needs{false, false};
+    for (ProgramUser user : embedded.users) {
+        needs.names = needs.names || !user.isComposite();
+        needs.cmap =
+            needs.cmap || !user.isComposite() || !user.font.getKey("/ToUnicode").isStream();
+    }
+    return needs;
+}
+
+struct Subset
+{
+    std::string bytes;
+    Glyphs glyphs;
+};
+
+// Nothing unless all that is shown comes out of the subset by the same ways.
+std::optional<Subset> subsetFor(const EmbeddedProgram &embedded, const std::string &bytes,
+                                const FontUses &uses)
+{
+    const auto program = FontProgram::of(bytes);
+    const auto glyphs = program ? shownGlyphs(embedded, *program, uses) : std::nullopt;
+    auto subset = glyphs ? subsetOf(bytes, *glyphs, needsOf(embedded)) : std::nullopt;
+    const auto again = subset ? FontProgram::of(*subset) : std::nullopt;
+    if (!again || shownGlyphs(embedded, *again, uses) != glyphs)
+        return std::nullopt;
+    return Subset{std::move(*subset), *glyphs};
+}
+
+void setProgram(EmbeddedProgram embedded, const std::string &bytes, bool compress)
+{
+    const QPDFObjectHandle flate = QPDFObjectHandle::newName("/FlateDecode");
+    QPDFObjectHandle none = QPDFObjectHandle::newNull();
+    if (compress)
+        embedded.stream.replaceStreamData(deflated(bytes), flate, none);
+    else
+        embedded.stream.replaceStreamData(bytes, none, none);
+    if (embedded.stream.getDict().hasKey("/Length1"))
+        embedded.stream.getDict().replaceKey(
+            "/Length1", QPDFObjectHandle::newInteger(static_cast<long long>(bytes.size())));
+}
+
+class Shrinking
+{
+public:
+    Shrinking(QPDF &document, const FontOptions &options, const std::set<int> &excluded)
+        : m_document(document)
+        , m_options(options)
+        , m_excluded(excluded)
+    {
+        walkContent(document, m_uses);
+    }
+
+    FontResult run()
+    {
+        const auto fieldFonts = fontsOfFields(m_document);
+        for (const EmbeddedProgram &embedded : embeddedPrograms(m_document)) {
+            const bool isFields =
+                std::any_of(embedded.users.begin(), embedded.users.end(), [&](ProgramUser user) {
+                    return fieldFonts.count(identityOf(user.font)) != 0;
+                });
+            if (m_uses.areComplete() && !isFields && !isExcluded(embedded))
+                shrink(embedded);
+            if (!m_options.compress)
+                unpack(embedded);
+        }
+        return std::move(m_result);
+    }
+
+private:
+    bool isExcluded(const EmbeddedProgram &embedded) const
+    {
+        return m_excluded.count(embedded.stream.getObjectID()) != 0;
+    }
+
+    void shrink(const EmbeddedProgram &embedded)
+    {
+        if (m_options.leaveOutStandard14 && canBeLeftOut(embedded, m_uses)) {
+            leaveOut(embedded);
+            note(embedded, m_result.leftOut);
+        } else if (m_options.subset && isSubsettable(embedded)) {
+            takeSubset(embedded);
+        }
+    }
+
+    void takeSubset(const EmbeddedProgram &embedded)
+    {
+        const auto bytes = decodedBytesOf(embedded.stream);
+        const auto subset = bytes ? subsetFor(embedded, *bytes, m_uses) : std::nullopt;
+        if (!subset || !isWorthIt(*bytes, subset->bytes))
+            return;
+        setProgram(embedded, subset->bytes, m_options.compress);
+        setTag(embedded, tagOf(subset->bytes));
+        listGlyphs(m_document, embedded, *FontProgram::of(subset->bytes), subset->glyphs);
+        note(embedded, m_result.touched);
+    }
+
+    // Each page with a subset has to be drawn to be believed; a few bytes are not worth it.
+    static bool isWorthIt(const std::string &program, const std::string &subset)
+    {
+        return deflated(subset).size() < deflated(program).size();
+    }
+
+    void unpack(EmbeddedProgram embedded)
+    {
+        if (embedded.stream.getDict().getKey("/Filter").isNull())
+            return;
+        if (const auto bytes = decodedBytesOf(embedded.stream))
+            setProgram(embedded, *bytes, false);
+    }
+
+    void note(const EmbeddedProgram &embedded, std::vector<TouchedPart> &parts)
+    {
+        std::set<int> pages;
+        for (ProgramUser user : embedded.users)
+            pages.merge(m_uses.of(user.font).pages);
+        for (const int page : pages) {
+            const Box box = m_boxes.of(page);
+            parts.push_back({PartKind::Font, embedded.stream.getObjectID(), page, box.left,
+                             box.bottom, box.right, box.top});
+        }
+    }
+
+    QPDF &m_document;
+    FontOptions m_options;
+    const std::set<int> &m_excluded;
+    FontUses m_uses;
+    PageBoxes m_boxes{m_document};
+    FontResult m_result;
+};
+
+} // namespace
+
+FontResult shrinkFonts(QPDF &document, const FontOptions &options, const std::set<int> &excluded)
+{
+    return Shrinking(document, options, excluded).run();
+}
+
+} // namespace engine

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "pdf/touched.h"
+
+#include <qpdf/QPDF.hh>
+#include <set>
+#include <vector>
+
+namespace engine {
+
+struct FontOptions
+{
+    bool subset = false;
+    bool compress = true; ///< false: the programs are written as they are, without a filter
+
+    /// The programs of the standard fourteen fonts are left out; not for a document that claims a
+    /// standard, which asks for them.
+    bool leaveOutStandard14 = false;
+};
+
+struct FontResult
+{
+    /// Where a program that has become a subset is shown: the pictures stay what they were.
+    std::vector<TouchedPart> touched;
+
+    /// Where one that was left out is shown: a reader's own font serves, which looks different.
+    std::vector<TouchedPart> leftOut;
+};
+
+/// Makes the font programs of the document smaller as the options say. A program is left alone
+/// where it isn't certain which of its glyphs are shown, where a field may need others, and where
+/// its number is excluded.
+FontResult shrinkFonts(QPDF &document, const FontOptions &options, const std::set<int> &excluded);
+
+} // namespace engine

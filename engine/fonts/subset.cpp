@@ -1,0 +1,163 @@
+#include "subset.h"
+
+#include <hb-ot.h>
+#include <hb-subset.h>
+#include <memory>
+
+namespace engine {
+
+namespace {
+
+template <auto destroy>
+struct Destroy
+{
+    template <typename Object>
+    void operator()(Object *object) const
+    {
+        destroy(object);
+    }
+};
+using Blob = std::unique_ptr<hb_blob_t, Destroy<hb_blob_destroy>>;
+using Program = std::unique_ptr<hb_face_t, Destroy<hb_face_destroy>>;
+using Input = std::unique_ptr<hb_subset_input_t, Destroy<hb_subset_input_destroy>>;
+
+constexpr hb_tag_t tag(const char (&name)[5])
+{
+    hb_tag_t number = 0;
+    for (int place = 0; place < 4; ++place)
+        number = number << 8 | hb_tag_t(name[place]);
+    return number;
+}
+
+constexpr hb_tag_t cff = tag("CFF ");
+constexpr hb_tag_t cmap = tag("cmap");
+constexpr hb_tag_t maxp = tag("maxp");
+constexpr hb_tag_t post = tag("post");
+
+// What no reader of a PDF file asks of an embedded program: layout, names, vertical metrics, and
+// the colours, tables of metrics and such that are about the glyphs that go.
+constexpr hb_tag_t uselessTables[] = {tag("GSUB"), tag("GPOS"), tag("GDEF"), tag("BASE"),
+                                      tag("MATH"), tag("name"), tag("hdmx"), tag("vhea"),
+                                      tag("vmtx"), tag("VORG"), tag("COLR"), tag("CPAL"),
+                                      tag("CBDT"), tag("CBLC"), tag("sbix"), tag("STAT")};
+
+// With HB_MEMORY_MODE_READONLY, the bytes have to outlive the blob and what is made of it.
+Blob blobOf(const std::string &bytes, hb_memory_mode_t mode)
+{
+    return Blob(hb_blob_create(bytes.data(), unsigned(bytes.size()), mode, nullptr, nullptr));
+}
+
+std::string bytesOf(const Blob &blob)
+{
+    unsigned size = 0;
+    const char *bytes = hb_blob_get_data(blob.get(), &size);
+    return bytes ? std::string(bytes, size) : std::string();
+}
+
+std::string tableOf(const Program &program, hb_tag_t tag)
+{
+    return bytesOf(Blob(hb_face_reference_table(program.get(), tag)));
+}
+
+bool isBareCff(const std::string &program)
+{
+    return !program.empty() && program.front() == '\1';
+}
+
+// HarfBuzz 6.0 makes a font of 12 bytes without a glyph of a bare CFF; it asks for a maxp table.
+Program wrapped(const std::string &bareCff, Glyph count)
+{
+    const std::string half = {0, 0, 0x50, 0, char(count >> 8), char(count & 0xFF)};
+    Program program(hb_face_builder_create());
+    hb_face_builder_add_table(program.get(), cff, blobOf(bareCff, HB_MEMORY_MODE_READONLY).get());
+    hb_face_builder_add_table(program.get(), maxp, blobOf(half, HB_MEMORY_MODE_DUPLICATE).get());
+    return program;
+}
+
+Program programOf(const std::string &bytes, Glyph count)
+{
+    return isBareCff(bytes)
+               ? wrapped(bytes, count)
+               : Program(hb_face_create(blobOf(bytes, HB_MEMORY_MODE_READONLY).get(), 0));
+}
+
+// HarfBuzz 6.0 drops the cmaps (1,0) and (3,0), and makes version 3 of post tables; with names, it
+// keeps those of version 2.
+void keepLookups(const Program &program, const Needs &needs, hb_subset_input_t *input)
+{
+    hb_set_t *asTheyAre = hb_subset_input_set(input, HB_SUBSET_SETS_NO_SUBSET_TABLE_TAG);
+    hb_set_t *dropped = hb_subset_input_set(input, HB_SUBSET_SETS_DROP_TABLE_TAG);
+    hb_set_add(needs.cmap ? asTheyAre : dropped, cmap);
+    const bool isVersion2 = tableOf(program, post).substr(0, 4) == std::string({0, 2, 0, 0});
+    if (needs.names && !isVersion2)
+        hb_set_add(asTheyAre, post);
+}
+
+// Without the last glyph the font would have fewer, whose names and widths would not be found.
+Input inputFor(const Program &program, const Glyphs &glyphs, const Needs &needs)
+{
+    Input input(hb_subset_input_create_or_fail());
+    if (!input)
+        return input;
+    const unsigned names = needs.names ? unsigned(HB_SUBSET_FLAGS_GLYPH_NAMES) : 0U;
+    hb_subset_input_set_flags(input.get(),
+                              HB_SUBSET_FLAGS_RETAIN_GIDS | HB_SUBSET_FLAGS_NOTDEF_OUTLINE | names);
+    hb_set_t *dropped = hb_subset_input_set(input.get(), HB_SUBSET_SETS_DROP_TABLE_TAG);
+    for (const hb_tag_t table : uselessTables)
+        hb_set_add(dropped, table);
+    keepLookups(program, needs, input.get());
+    hb_set_t *kept = hb_subset_input_glyph_set(input.get());
+    for (const Glyph glyph : glyphs)
+        hb_set_add(kept, glyph);
+    hb_set_add(kept, 0);
+    hb_set_add(kept, hb_face_get_glyph_count(program.get()) - 1);
+    return input;
+}
+
+std::string subsetBytes(const std::string &bytes, Glyph count, const Glyphs &glyphs,
+                        const Needs &needs)
+{
+    const Program program = programOf(bytes, count);
+    if (hb_face_get_glyph_count(program.get()) != count)
+        return {};
+    const Input input = inputFor(program, glyphs, needs);
+    const Program subset(input ? hb_subset_or_fail(program.get(), input.get()) : nullptr);
+    if (!subset)
+        return {};
+    return isBareCff(bytes) ? tableOf(subset, cff)
+                            : bytesOf(Blob(hb_face_reference_blob(subset.get())));
+}
+
+// Whether all that is asked of the subset is what the whole program says.
+bool isFaithful(const Face &subset, const Face &face, const Glyphs &glyphs)
+{
+    if (subset.count() != face.count() || subset.isCidKeyed() != face.isCidKeyed())
+        return false;
+    for (const Glyph glyph : glyphs) {
+        if (!subset.drawsLike(face, glyph))
+            return false;
+    }
+    return true;
+}
+
+bool isVariable(const Face &face)
+{
+    return !face.table("fvar").empty() || !face.table("CFF2").empty();
+}
+
+} // namespace
+
+std::optional<std::string> subsetOf(const std::string &program, const Glyphs &glyphs,
+                                    const Needs &needs)
+{
+    const auto face = Face::of(program);
+    if (!face || face->count() == 0 || isVariable(*face))
+        return std::nullopt;
+    const std::string bytes = subsetBytes(program, face->count(), glyphs, needs);
+    const auto subset = Face::of(bytes);
+    if (!subset || !isFaithful(*subset, *face, glyphs))
+        return std::nullopt;
+    return bytes;
+}
+
+} // namespace engine

@@ -83,6 +83,8 @@ void Draft::publish(Output &output)
     save();
     if (m_name.empty())
         giveName(true);
+    if (!m_file.close())
+        throw Failure::ofSystem("no file in " + m_folderPath);
     output.replaceBy(m_name);
     m_name.clear();
     m_privateFolder.forget();

@@ -1,48 +1,19 @@
 #include "copywriter.h"
 
-#include "system/filesize.h"
+#include "document.h"
+#include "outputfile.h"
+#include "system/writing.h"
 
 #include <array>
-#include <cerrno>
-#include <cstdio>
-#include <memory>
+#include <optional>
 #include <qpdf/QPDFWriter.hh>
 #include <qpdf/QUtil.hh>
-#include <system_error>
+#include <stdexcept>
 #include <unistd.h>
 
 namespace engine {
 
 namespace {
-
-[[noreturn]] void fail()
-{
-    throw std::system_error(errno, std::generic_category(), "the copy can't be written");
-}
-
-struct Close
-{
-    void operator()(FILE *stream) const { std::fclose(stream); }
-};
-
-using Stream = std::unique_ptr<FILE, Close>;
-
-Stream emptied(int file)
-{
-    if (ftruncate(file, 0) != 0 || lseek(file, 0, SEEK_SET) != 0)
-        fail();
-    Stream stream(fdopen(dup(file), "wb"));
-    if (!stream)
-        fail();
-    return stream;
-}
-
-std::uintmax_t flushed(const Stream &stream)
-{
-    if (std::fflush(stream.get()) != 0)
-        fail();
-    return sizeOf(fileno(stream.get()));
-}
 
 // Readers turn what is typed into this encoding. Letters that it has not leave the bytes as they
 // are, which some readers try as well.
@@ -88,32 +59,52 @@ void apply(const WriteOptions &options, QPDFWriter &writer)
         writer.setPreserveEncryption(false);
 }
 
+// Nothing for a page tree that nobody can walk to its end.
+std::optional<std::size_t> pagesOf(QPDF &document)
+{
+    try {
+        return document.getAllPages().size();
+    } catch (const std::exception &) {
+        return {};
+    }
+}
+
+// The cross-reference table is the last thing in a file: who finds all pages by it has it whole.
+void expectWhole(int file, const WriteOptions &options, std::optional<std::size_t> pages)
+{
+    const std::string password =
+        options.encryption ? asReadersTakeIt(options.encryption->passwords.user) : "";
+    Document written(file, Trust::Own, password);
+    if (pagesOf(written.pdf()) != pages)
+        throw std::runtime_error("the copy has lost pages on its way to the disk");
+}
+
 } // namespace
 
 std::uintmax_t writeCopy(QPDF &document, int file, const WriteOptions &options)
 {
-    const Stream stream = emptied(file);
-    QPDFWriter writer(document, "the copy", stream.get(), false);
+    OutputFile output(file);
+    QPDFWriter writer(document);
+    writer.setOutputPipeline(&output);
     apply(options, writer);
     writer.write();
-    return flushed(stream);
+    const std::uintmax_t size = output.close();
+    expectWhole(file, options, pagesOf(document));
+    return size;
 }
 
 std::uintmax_t writeBytes(int source, int file)
 {
-    const Stream stream = emptied(file);
-    std::array<char, 65536> block = {};
+    OutputFile output(file);
+    std::array<unsigned char, 65536> block = {};
     off_t position = 0;
-    for (;;) {
-        const ssize_t count = pread(source, block.data(), block.size(), position);
+    while (const ssize_t count = pread(source, block.data(), block.size(), position)) {
         if (count < 0)
-            fail();
-        if (count == 0)
-            return flushed(stream);
-        if (std::fwrite(block.data(), 1, std::size_t(count), stream.get()) != std::size_t(count))
-            fail();
+            failWriting("the document can't be read");
+        output.write(block.data(), std::size_t(count));
         position += count;
     }
+    return output.close();
 }
 
 } // namespace engine

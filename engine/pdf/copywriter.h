@@ -22,11 +22,13 @@ struct WriteOptions
     std::optional<Encryption> encryption;
 };
 
-/// Writes the document in place of what the open file holds. Streams stay as they are. Returns the
-/// file's size; throws a std::exception if it can't be written.
+/// Writes the document in place of what the open file holds, and opens that again. Streams stay as
+/// they are. Returns the file's size; throws a std::exception if it isn't there whole, with all its
+/// pages.
 std::uintmax_t writeCopy(QPDF &document, int file, const WriteOptions &options);
 
-/// The same for the bytes of another open file.
+/// Writes the bytes of another open file. Returns their number; throws a std::exception if not all
+/// of them are there.
 std::uintmax_t writeBytes(int source, int file);
 
 } // namespace engine

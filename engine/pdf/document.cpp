@@ -41,7 +41,7 @@ void Document::Close::operator()(FILE *stream) const
     std::fclose(stream);
 }
 
-Document::Document(int file, Trust trust)
+Document::Document(int file, Trust trust, const std::string &password)
     : m_stream(fdopen(dup(file), "rb"))
     , m_pdf(std::make_unique<QPDF>())
     , m_trust(trust)
@@ -50,7 +50,7 @@ Document::Document(int file, Trust trust)
         throw std::runtime_error("no open file");
     m_pdf->setSuppressWarnings(true);
     m_pdf->setAttemptRecovery(trust == Trust::Foreign);
-    m_pdf->processFile("document", m_stream.get(), false);
+    m_pdf->processFile("document", m_stream.get(), false, password.c_str());
 }
 
 int Document::pages()

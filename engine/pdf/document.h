@@ -16,8 +16,9 @@ enum class Trust {
 class Document
 {
 public:
-    /// The descriptor stays the caller's. Throws a std::exception if the file can't be read at all.
-    Document(int file, Trust trust);
+    /// The descriptor stays the caller's; the password is what the format encrypts with. Throws a
+    /// std::exception if the file can't be read at all.
+    Document(int file, Trust trust, const std::string &password = {});
 
     QPDF &pdf() { return *m_pdf; }
 

@@ -8,9 +8,9 @@
 #include "process/signals.h"
 #include "system/failure.h"
 #include "system/filesize.h"
+#include "system/writing.h"
 
 #include <charconv>
-#include <cstdio>
 #include <unistd.h>
 
 namespace engine {
@@ -43,7 +43,12 @@ std::string objectionOf(const CopyOrder &order)
     }
 }
 
-// What there is to object goes back through the channel; nothing is consent.
+// What corvgs is told about a copy that is made; anything else is why there is none.
+std::string receiptFor(std::uintmax_t bytes)
+{
+    return "copy of " + std::to_string(bytes) + " bytes";
+}
+
 int makeConfined(const CopyOrder &order, const Limits &limits)
 {
     AccessPolicy policy;
@@ -51,18 +56,19 @@ int makeConfined(const CopyOrder &order, const Limits &limits)
     policy.writableDescriptors = {draftChannel};
     confine(policy);
     limitOwnMemory(limits.memory);
-    dprintf(reportChannel, "%s", objectionOf(order).c_str());
+    const std::string objection = objectionOf(order);
+    writeAll(reportChannel, objection.empty() ? receiptFor(sizeOf(draftChannel)) : objection);
     return 0;
 }
 
-void expect(const ChildResult &result, const std::string &input)
+void expectCopy(const ChildResult &result, const std::string &input, int draft)
 {
     if (result.interrupted)
         throw Failure("ended by a signal", 128 + signals::endRequest());
     if (!result.violation.empty() || result.signal != 0 || result.status != 0)
         throw Failure(input + ": the document breaks whoever reads it");
-    if (!result.report.empty())
-        throw Failure(input + ": " + result.report);
+    if (result.report != receiptFor(sizeOf(draft)))
+        throw Failure(input + ": " + (result.report.empty() ? "no copy was made" : result.report));
 }
 
 } // namespace
@@ -91,7 +97,7 @@ void finish(const Request &request, const RunFiles &files, const ChildResult &gh
     task.written = [&] { return sizeOf(files.draft); };
     task.mostWritten = limits.outputFor(sizeOf(files.document));
     task.disks = {files.draft};
-    expect(run(std::move(task), limits), request.input);
+    expectCopy(run(std::move(task), limits), request.input, files.draft);
 }
 
 } // namespace engine

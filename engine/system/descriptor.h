@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cerrno>
 #include <unistd.h>
 #include <utility>
 
@@ -28,10 +29,10 @@ public:
     [[nodiscard]] int get() const { return m_number; }
     explicit operator bool() const { return m_number >= 0; }
 
-    void close()
+    /// False (and errno) if the system says only now that what was written is lost.
+    bool close()
     {
-        if (m_number >= 0)
-            ::close(std::exchange(m_number, -1));
+        return m_number < 0 || ::close(std::exchange(m_number, -1)) == 0 || errno == EINTR;
     }
 
 private:

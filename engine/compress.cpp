@@ -3,6 +3,7 @@
 #include "files/draft.h"
 #include "files/output.h"
 #include "files/privatefolder.h"
+#include "ghostscript/messages.h"
 #include "process/channels.h"
 #include "process/child.h"
 #include "process/signals.h"
@@ -56,7 +57,8 @@ void compress(const Request &request, const Settings &settings)
     const Descriptor scratch = scratchFile(output, privateFolder);
     const RunFiles files = {document.get(), mark.get(), scratch.get(), draft.file()};
     ChildTask task = rewritingTask(request, files, settings, privateFolder.workFolder());
-    task.warning = "may be incorrect";
+    task.warning = ghostscriptWarning;
+    task.writeError = ghostscriptWriteError;
     task.written = [&] { return sizeOf(scratch.get()) + privateFolder.workSize(); };
     task.mostWritten = settings.limits.outputFor(sizeOf(document.get()));
     task.disks = {scratch.get(), privateFolder.descriptor()};

@@ -83,6 +83,8 @@ void expectSuccess(const ChildResult &result)
     if (result.signal != 0)
         throw Failure(result.name + " was ended by signal " + std::to_string(result.signal),
                       result.status);
+    if (result.couldNotWrite)
+        throw Failure(result.name + " could not write all that it made");
     if (result.status != 0)
         throw Failure(result.name + " ended with status " + std::to_string(result.status),
                       result.status);

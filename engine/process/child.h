@@ -30,6 +30,9 @@ struct ChildTask
     /// The words with which the child says that what it made may be wrong; empty: it never does.
     std::string_view warning = {};
 
+    /// The words with which the child says that it could not write, even if it then ends well.
+    std::string_view writeError = {};
+
     /// The bytes that the child has written so far; none: it writes nothing that counts.
     std::function<std::uintmax_t()> written = {};
 
@@ -48,13 +51,15 @@ struct ChildResult
     std::string violation = {}; ///< what it was ended for, to follow its name; empty: nothing
     bool interrupted = false;   ///< it was ended because corvgs was asked to end
     bool warned = false;        ///< it said that what it made may be incorrect
+    bool couldNotWrite = false; ///< it said that something could not be written
     std::string report = {};    ///< what it wrote to reportChannel
 };
 
 class ChildProcess;
 
 /// Children at work side by side. Neither they nor their own children outlive this, nor corvgs.
-/// What they say goes to our standard output and standard error; they have nothing to read.
+/// What they say goes, up to a bound, to our standard output and standard error; they have nothing
+/// to read.
 class Children
 {
 public:
@@ -83,7 +88,8 @@ private:
 /// One child, and no other.
 ChildResult run(ChildTask task, const Limits &limits);
 
-/// Throws a Failure that names the child, unless it ended by itself and well.
+/// Throws a Failure that names the child, unless it ended by itself and well and has written all
+/// that it had to write.
 void expectSuccess(const ChildResult &result);
 
 } // namespace engine

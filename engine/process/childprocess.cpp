@@ -17,6 +17,9 @@ namespace {
 constexpr std::chrono::milliseconds lookInterval(250);
 constexpr std::size_t reportRoom = 4096;
 
+// Of talk: a message for each page of a long book is less.
+constexpr std::uintmax_t mostSaid = std::uintmax_t(4) << 20;
+
 // In two steps, because one channel's number may be another one's descriptor. The child has nothing
 // else open: no rule keeps it from what it has inherited.
 void placeChannels(std::vector<std::pair<int, int>> channels)
@@ -30,12 +33,17 @@ void placeChannels(std::vector<std::pair<int, int>> channels)
     fcntl(programChannel, F_SETFD, FD_CLOEXEC);
 }
 
+std::vector<std::string_view> phrasesOf(const ChildTask &task)
+{
+    return {task.warning, task.writeError};
+}
+
 } // namespace
 
 ChildProcess::ChildProcess(ChildTask task, const Limits &limits)
     : m_task(std::move(task))
-    , m_output(Relay::to(MessageWriter(STDOUT_FILENO), m_task.warning))
-    , m_errors(Relay::to(MessageWriter(STDERR_FILENO), m_task.warning))
+    , m_output(Relay::to(MessageWriter(STDOUT_FILENO), m_task.name, phrasesOf(m_task)))
+    , m_errors(Relay::to(MessageWriter(STDERR_FILENO), m_task.name, phrasesOf(m_task)))
     , m_report(Relay::keeping(reportRoom))
     , m_stall(limits.stall)
     , m_disk(m_task.disks, limits.reserve)
@@ -104,11 +112,18 @@ std::uintmax_t ChildProcess::written() const
     return m_task.written ? m_task.written() : 0;
 }
 
+bool ChildProcess::hasSaid(std::string_view phrase) const
+{
+    return m_output.hasSeen(phrase) || m_errors.hasSeen(phrase);
+}
+
 std::string ChildProcess::violation()
 {
     const std::uintmax_t bytes = written();
     if (bytes > m_task.mostWritten)
         return "wrote far more than a copy of the document takes";
+    if (m_output.taken() + m_errors.taken() + m_report.taken() > mostSaid)
+        return "talked without end";
     if (m_disk.isFillingUp())
         return "was about to fill the disk";
     const auto burnt = platform::processorTimeOf(m_process);
@@ -142,7 +157,8 @@ ChildResult ChildProcess::result()
     m_result.name = m_task.name;
     m_result.signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
     m_result.status = m_result.signal != 0 ? 128 + m_result.signal : WEXITSTATUS(status);
-    m_result.warned = m_output.hasSeenPhrase() || m_errors.hasSeenPhrase();
+    m_result.warned = hasSaid(m_task.warning);
+    m_result.couldNotWrite = hasSaid(m_task.writeError);
     m_result.report = m_report.kept();
     return std::move(m_result);
 }

@@ -38,6 +38,7 @@ private:
     void end() const;
     int collect();
     [[nodiscard]] std::uintmax_t written() const;
+    [[nodiscard]] bool hasSaid(std::string_view phrase) const;
     std::string violation();
 
     ChildTask m_task;

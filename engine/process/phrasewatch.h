@@ -15,6 +15,7 @@ public:
     }
 
     void take(std::string_view piece);
+    [[nodiscard]] std::string_view phrase() const { return m_phrase; }
     [[nodiscard]] bool hasSeen() const { return m_seen; }
 
 private:

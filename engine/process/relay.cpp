@@ -25,10 +25,13 @@ Relay::Relay()
         fcntl(end, F_SETFD, FD_CLOEXEC);
 }
 
-Relay Relay::to(MessageWriter writer, std::string_view phrase)
+Relay Relay::to(MessageWriter writer, const std::string &name,
+                const std::vector<std::string_view> &phrases)
 {
     Relay relay;
-    relay.m_watch = PhraseWatch(phrase);
+    relay.m_name = name;
+    for (const std::string_view phrase : phrases)
+        relay.m_watches.emplace_back(phrase);
     relay.m_writer = writer;
     return relay;
 }
@@ -47,7 +50,7 @@ void Relay::takeAll()
     for (int piece = 0; piece < 1000 && m_readEnd; ++piece) {
         const ssize_t count = read(readEnd(), bytes, sizeof bytes);
         if (count > 0)
-            take(bytes, std::size_t(count));
+            take({bytes, std::size_t(count)});
         else if (count == 0 || (errno != EAGAIN && errno != EINTR))
             m_readEnd.close();
         else
@@ -55,11 +58,29 @@ void Relay::takeAll()
     }
 }
 
-void Relay::take(const char *bytes, std::size_t count)
+void Relay::take(std::string_view bytes)
 {
-    m_watch.take({bytes, count});
-    m_kept.append(bytes, std::min(count, m_room - m_kept.size()));
-    m_writer.tell({bytes, count});
+    for (PhraseWatch &watch : m_watches)
+        watch.take(bytes);
+    m_kept.append(bytes.substr(0, m_room - m_kept.size()));
+    handOn(bytes);
+    m_taken += bytes.size();
+}
+
+void Relay::handOn(std::string_view bytes)
+{
+    if (m_taken > handedOn)
+        return;
+    m_writer.tell(bytes.substr(0, handedOn - m_taken));
+    if (m_taken + bytes.size() > handedOn)
+        m_writer.tell("\n[" + m_name + " says more, which is left out]\n");
+}
+
+bool Relay::hasSeen(std::string_view phrase) const
+{
+    return std::any_of(m_watches.begin(), m_watches.end(), [&](const PhraseWatch &watch) {
+        return watch.phrase() == phrase && watch.hasSeen();
+    });
 }
 
 } // namespace engine

@@ -5,7 +5,10 @@
 #include "system/descriptor.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace engine {
 
@@ -14,8 +17,14 @@ namespace engine {
 class Relay
 {
 public:
-    /// Hands on what comes, and looks out for a phrase in it (empty: none).
-    static Relay to(MessageWriter writer, std::string_view phrase = {});
+    /// The most that is handed on of what one child says in one way. Who reads it has it in his
+    /// memory, and no document has so much to be said about it.
+    static constexpr std::uintmax_t handedOn = std::uintmax_t(16) << 10;
+
+    /// Hands on the beginning of what comes from the child of that name, and says where it breaks
+    /// off. Looks out for phrases in all of it.
+    static Relay to(MessageWriter writer, const std::string &name,
+                    const std::vector<std::string_view> &phrases);
 
     /// Keeps the first bytes of what comes.
     static Relay keeping(std::size_t bytes);
@@ -27,19 +36,26 @@ public:
     /// Takes what has come so far. After the last byte readEnd() is -1.
     void takeAll();
 
-    [[nodiscard]] bool hasSeenPhrase() const { return m_watch.hasSeen(); }
+    /// The bytes that have come so far.
+    [[nodiscard]] std::uintmax_t taken() const { return m_taken; }
+
+    /// Whether one of the phrases was that, and has come.
+    [[nodiscard]] bool hasSeen(std::string_view phrase) const;
     [[nodiscard]] const std::string &kept() const { return m_kept; }
 
 private:
     Relay();
-    void take(const char *bytes, std::size_t count);
+    void take(std::string_view bytes);
+    void handOn(std::string_view bytes);
 
     Descriptor m_readEnd;
     Descriptor m_writeEnd;
     MessageWriter m_writer;
     std::size_t m_room = 0;
     std::string m_kept;
-    PhraseWatch m_watch{{}};
+    std::string m_name;
+    std::uintmax_t m_taken = 0;
+    std::vector<PhraseWatch> m_watches;
 };
 
 } // namespace engine

@@ -32,6 +32,14 @@ struct Pipe
             close(ends[1]);
         ends[1] = -1;
     }
+    [[nodiscard]] std::string text() const
+    {
+        std::string all;
+        char piece[4096];
+        for (ssize_t count = 0; (count = read(ends[0], piece, sizeof piece)) > 0;)
+            all.append(piece, std::size_t(count));
+        return all;
+    }
     [[nodiscard]] bool isFull() const
     {
         pollfd room = {ends[1], POLLOUT, 0};
@@ -67,33 +75,64 @@ class TestRelay : public QObject
     Q_OBJECT
 
 private slots:
-    void everythingArrives();
+    void handsOnTheBeginning_data();
+    void handsOnTheBeginning();
+    void seesPhrasesInAll();
     void keepsTheBeginning();
     void silentReader();
     void readerByDrops();
     void interrupted();
 };
 
-// More than a pipe holds.
-void TestRelay::everythingArrives()
+void TestRelay::handsOnTheBeginning_data()
 {
-    constexpr int rounds = 20;
+    QTest::addColumn<int>("pieces"); // of 4096 bytes; more than a pipe holds
+    QTest::addColumn<bool>("all");
+    QTest::newRow("nothing") << 0 << true;
+    QTest::newRow("up to the bound") << 4 << true;
+    QTest::newRow("a piece more") << 5 << false;
+    QTest::newRow("a flood") << 1000 << false;
+}
+
+void TestRelay::handsOnTheBeginning()
+{
+    QFETCH(int, pieces);
+    QFETCH(bool, all);
     Pipe pipe;
     QVERIFY(pipe.ok);
-    std::size_t arrived = 0;
-    std::thread reader([&] { arrived = pipe.drain(); });
-    engine::Relay relay = engine::Relay::to(engine::MessageWriter(pipe.ends[1], 60s));
-    const std::string text(50'000, 'x');
-    for (int round = 0; round < rounds; ++round) {
+    engine::Relay relay =
+        engine::Relay::to(engine::MessageWriter(pipe.ends[1], 60s), "somebody", {});
+    const std::string text(4096, 'x');
+    for (int piece = 0; piece < pieces; ++piece) {
         QCOMPARE(write(relay.writeEnd(), text.data(), text.size()), ssize_t(text.size()));
         relay.takeAll();
     }
     relay.closeWriteEnd();
     relay.takeAll();
     QCOMPARE(relay.readEnd(), -1);
+    QCOMPARE(relay.taken(), std::size_t(pieces) * text.size());
     pipe.closeWriteEnd();
-    reader.join();
-    QCOMPARE(arrived, rounds * text.size());
+    const std::string note = "\n[somebody says more, which is left out]\n";
+    const std::string handedOn =
+        all ? std::string(std::size_t(pieces) * text.size(), 'x')
+            : std::string(std::size_t(engine::Relay::handedOn), 'x') + note;
+    QCOMPARE(pipe.text(), handedOn);
+}
+
+// Far behind what is handed on, and in two pieces.
+void TestRelay::seesPhrasesInAll()
+{
+    engine::Relay relay = engine::Relay::to({}, "somebody", {"", "no room", "no doubt"});
+    std::string text = std::string(50'000, 'x') + "there is no ro";
+    for (const std::string &piece : {text, std::string("om left")}) {
+        QVERIFY(!relay.hasSeen("no room"));
+        QCOMPARE(write(relay.writeEnd(), piece.data(), piece.size()), ssize_t(piece.size()));
+        relay.takeAll();
+    }
+    QVERIFY(relay.hasSeen("no room"));
+    QVERIFY(!relay.hasSeen("no doubt"));
+    QVERIFY(!relay.hasSeen(""));
+    QVERIFY(!relay.hasSeen("left"));
 }
 
 void TestRelay::keepsTheBeginning()

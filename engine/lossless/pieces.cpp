@@ -1,0 +1,46 @@
+#include "pieces.h"
+
+#include "duplicates.h"
+#include "jpegstreams.h"
+#include "leftovers.h"
+#include "packet.h"
+#include "streamcoding.h"
+#include "unusednames.h"
+
+#include <qpdf/QPDFExc.hh>
+
+namespace engine {
+
+const std::vector<Piece> &losslessPieces()
+{
+    // What goes need not be coded; streams are compared when all of them are coded in one way.
+    static const std::vector<Piece> pieces = {
+        {"equal font programs", mergeEqualFontPrograms, Stage::BeforeParts},
+        {"leftovers", dropLeftovers},
+        {"packet", trimPacket},
+        {"unused names", dropUnusedNames},
+        {"jpeg", recodeJpegStreams},
+        {"streams", recodeStreams},
+        {"equal parts", mergeEqualParts},
+    };
+    return pieces;
+}
+
+void applyPiece(const Piece &piece, QPDF &document, const LosslessOptions &options)
+{
+    try {
+        piece.apply(document, options);
+    } catch (const QPDFExc &) {
+        // What can't be read stays as it is.
+    }
+}
+
+void applyPieces(QPDF &document, const LosslessOptions &options, Stage stage)
+{
+    for (const Piece &piece : losslessPieces()) {
+        if (piece.stage == stage)
+            applyPiece(piece, document, options);
+    }
+}
+
+} // namespace engine

@@ -6,6 +6,7 @@
 #include "src/process.h"
 #include "support/bound.h"
 #include "support/fakeengine.h"
+#include "support/options.h"
 #include "support/optionswindow.h"
 #include "support/sandbox.h"
 #include "support/windowuser.h"
@@ -20,46 +21,12 @@ namespace {
 
 using Values = QMap<QString, QString>;
 
-// Everything the dialog lets the user set, by object name. The pages go by their texts.
-const QStringList pages = {"Image", "Fonts", "Security", "Description"};
-const QMap<QString, QString> keys = {
-    {"Image", "Image/Image"},
-    {"Fonts", "Fonts/Fonts"},
-    {"Security", "Secur/Secur"},
-    {"Description", "Annot/Annot"},
-    {"comboBox_clr_down_type", "Image/ColorType"},
-    {"comboBox_gry_down_type", "Image/GrayType"},
-    {"comboBox__mno_down_type", "Image/MonoType"},
-    {"comboBox_clr_compress", "Image/ColorEnc"},
-    {"comboBox_gry_compress", "Image/GrayEnc"},
-    {"comboBox_mno_compress", "Image/MonoEnc"},
-    {"lineEdit_clr_res", "Image/ColorRes"},
-    {"lineEdit__gry_res", "Image/GrayRes"},
-    {"lineEdit_mno_res", "Image/MonoRes"},
-    {"checkBox_embedallfonts", "Fonts/Embed"},
-    {"checkBox_compressfonts", "Fonts/Com"},
-    {"checkBox_subset", "Fonts/Sub"},
-    {"lineEdit_userpassword", "Secur/UsrPwd"},
-    {"lineEdit_ownerpassword", "Secur/OwrPwd"},
-    {"checkBox_allow_print", "Secur/AllowPri"},
-    {"checkBox_allow_modcontents", "Secur/AllowMod"},
-    {"checkBox_allow_copy", "Secur/AllowCop"},
-    {"checkBox_allow_add", "Secur/AllowAdd"},
-    {"checkBox_pdfa", "Annot/PDFA"},
-    {"lineEdit_author", "Annot/Aut"},
-    {"lineEdit_title", "Annot/Tit"},
-    {"lineEdit_subject", "Annot/Sub"},
-    {"lineEdit_keywords", "Annot/Key"},
-    {"lineEdit_creator", "Annot/Cre"},
-    {"lineEdit_producer", "Annot/Pro"},
-};
-
 Values allShown(Process &program)
 {
     Values values;
     withOptions(program, [&](const OptionsWindow &window) {
-        for (auto key = keys.cbegin(); key != keys.cend(); ++key)
-            values.insert(key.key(), window.value(key.key()));
+        for (const Option &option : allOptions())
+            values.insert(option.control, window.value(option.control));
         window.press("pushButton_cancel");
     });
     return values;
@@ -70,7 +37,7 @@ QString switchesFor(const Values &values)
 {
     core::Values byKey = {{"Annot/PDFA", "No"}};
     for (auto value = values.cbegin(); value != values.cend(); ++value)
-        byKey.insert(keys.value(value.key()), value.value());
+        byKey.insert(keyOf(value.key()), value.value());
     return core::baseSwitches() + core::imageSwitches(byKey) + core::fontSwitches(byKey) +
            core::securitySwitches(byKey) + core::pdfaSwitches(byKey);
 }
@@ -87,8 +54,8 @@ public:
     Values draw()
     {
         Values values;
-        for (auto key = keys.cbegin(); key != keys.cend(); ++key)
-            values.insert(key.key(), drawFor(key.key()));
+        for (const Option &option : allOptions())
+            values.insert(option.control, drawFor(option));
         // A password keeps PDF/A from being clicked.
         if (!values["lineEdit_userpassword"].isEmpty() ||
             !values["lineEdit_ownerpassword"].isEmpty())
@@ -97,19 +64,15 @@ public:
     }
 
 private:
-    QString drawFor(const QString &control)
+    QString drawFor(const Option &option)
     {
-        if (control.endsWith("down_type"))
-            return QString::number(m_random.bounded(4));
-        if (control == "comboBox_mno_compress")
-            return QString::number(m_random.bounded(5));
-        if (control.startsWith("comboBox"))
-            return QString::number(m_random.bounded(3));
-        if (control.endsWith("_res"))
+        if (option.isFlag())
+            return m_random.bounded(2) ? "Ok" : "No";
+        if (option.lastItem >= 0)
+            return QString::number(m_random.bounded(option.lastItem + 1));
+        if (option.kind == Option::resolution)
             return QString::number(m_random.bounded(1, 2400));
-        if (control.startsWith("lineEdit"))
-            return text();
-        return m_random.bounded(2) ? "Ok" : "No";
+        return text();
     }
 
     QString text()
@@ -273,7 +236,7 @@ void TestOptionsTrip::everyControl()
     QVERIFY(switches.contains(before));
 
     applyOptions(program, {{control, value}});
-    QCOMPARE(m_sandbox->stored(keys.value(control)), value);
+    QCOMPARE(m_sandbox->stored(keyOf(control)), value);
     QCOMPARE(program.getOption(), QString(switches).replace(before, after));
 
     Process later;
@@ -298,7 +261,7 @@ void TestOptionsTrip::everyDescriptionField()
     applyOptions(program, {});
     const QString switches = program.getOption();
     applyOptions(program, {{control, "x y"}});
-    QCOMPARE(m_sandbox->stored(keys.value(control)), QString("x y"));
+    QCOMPARE(m_sandbox->stored(keyOf(control)), QString("x y"));
     QCOMPARE(program.getOption(), switches);
     QFETCH(QByteArray, line);
     QVERIFY(readFile(m_sandbox->markFile()).contains(line));
@@ -322,22 +285,19 @@ void TestOptionsTrip::randomStates()
     Process program;
     withOptions(program, [&](const OptionsWindow &window) {
         const auto setAll = [&](const auto &isInTurn) {
-            for (auto value = values.cbegin(); value != values.cend(); ++value) {
-                if (isInTurn(value.key()))
-                    window.set(value.key(), value.value());
+            for (const Option &option : allOptions()) {
+                if (isInTurn(option.kind) && values.contains(option.control))
+                    window.set(option.control, values.value(option.control));
             }
         };
-        const auto isLate = [](const QString &control) {
-            return pages.contains(control) || control.endsWith("down_type");
-        };
-        setAll([&](const QString &control) { return !isLate(control); });
-        setAll([&](const QString &control) { return control.endsWith("down_type"); });
-        setAll([&](const QString &control) { return pages.contains(control); });
+        setAll([](Option::Kind kind) { return kind != Option::type && kind != Option::page; });
+        setAll([](Option::Kind kind) { return kind == Option::type; });
+        setAll([](Option::Kind kind) { return kind == Option::page; });
         window.press("pushButton_apply");
     });
 
     for (auto value = values.cbegin(); value != values.cend(); ++value)
-        QCOMPARE(m_sandbox->stored(keys.value(value.key())), value.value());
+        QCOMPARE(m_sandbox->stored(keyOf(value.key())), value.value());
     QCOMPARE(program.getOption(), switchesFor(values));
     const auto text = [&values](const char *field) {
         return values.value(QString("lineEdit_") + field);

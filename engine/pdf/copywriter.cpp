@@ -4,6 +4,7 @@
 #include "outputfile.h"
 #include "system/writing.h"
 
+#include <algorithm>
 #include <array>
 #include <optional>
 #include <qpdf/QPDFWriter.hh>
@@ -47,16 +48,43 @@ void encrypt(QPDFWriter &writer, const Encryption &encryption)
         allows(permissions, 9), allows(permissions, 4), printingOf(permissions));
 }
 
+qpdf_object_stream_e objectStreamMode(const WriteOptions &options)
+{
+    if (options.newObjectStreams)
+        return qpdf_o_generate;
+    return options.objectStreams ? qpdf_o_preserve : qpdf_o_disable;
+}
+
 void apply(const WriteOptions &options, QPDFWriter &writer)
 {
-    writer.setObjectStreamMode(options.objectStreams ? qpdf_o_preserve : qpdf_o_disable);
+    writer.setObjectStreamMode(objectStreamMode(options));
     writer.setStreamDataMode(qpdf_s_preserve);
     // PDF/A wants a line break there, and two bytes a stream are not worth an option.
     writer.setNewlineBeforeEndstream(true);
+    writer.setPreserveEncryption(false);
     if (options.encryption)
         encrypt(writer, *options.encryption);
-    else
-        writer.setPreserveEncryption(false);
+    else if (options.restrictionsOf && options.restrictionsOf->isEncrypted())
+        writer.copyEncryptionParameters(*options.restrictionsOf);
+    if (!options.leastVersion.empty())
+        writer.setMinimumPDFVersion(options.leastVersion);
+}
+
+// Readers look for this word near the end, and take what stands before it for nothing.
+std::uintmax_t filledUp(int file, std::uintmax_t size, std::uintmax_t leastSize)
+{
+    constexpr std::uintmax_t endSize = 1024;
+    if (size >= leastSize)
+        return size;
+    std::string end(std::size_t(std::min(size, endSize)), '\0');
+    const std::uintmax_t begin = size - end.size();
+    if (pread(file, end.data(), end.size(), off_t(begin)) != ssize_t(end.size()))
+        failWriting("the copy can't be read");
+    end.insert(end.rfind("startxref"), std::string(std::size_t(leastSize - size) - 1, ' ') + '\n');
+    if (lseek(file, off_t(begin), SEEK_SET) < 0)
+        failWriting("the copy can't be written");
+    writeAll(file, end);
+    return leastSize;
 }
 
 // Nothing for a page tree that nobody can walk to its end.
@@ -88,7 +116,7 @@ std::uintmax_t writeCopy(QPDF &document, int file, const WriteOptions &options)
     writer.setOutputPipeline(&output);
     apply(options, writer);
     writer.write();
-    const std::uintmax_t size = output.close();
+    const std::uintmax_t size = filledUp(file, output.close(), options.leastSize);
     expectWhole(file, options, pagesOf(document));
     return size;
 }

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <qpdf/QPDF.hh>
+#include <string>
 
 namespace engine {
 
@@ -18,8 +19,19 @@ struct Encryption
 /// How a copy is written.
 struct WriteOptions
 {
-    bool objectStreams = false; ///< those that the document has are kept; else there are none
-    std::optional<Encryption> encryption;
+    bool objectStreams = false;    ///< those that the document has are kept; else there are none
+    bool newObjectStreams = false; ///< there are as many as make the copy smaller
+    std::optional<Encryption> encryption = {};
+
+    /// The document whose encryption to take over with its passwords and permissions, which it was
+    /// opened without; null: none.
+    QPDF *restrictionsOf = nullptr;
+
+    /// The version that the copy has at least: "1.4"; empty: the document's.
+    std::string leastVersion = {};
+
+    /// Up to so many bytes the copy is filled with blanks, which no reader minds.
+    std::uintmax_t leastSize = 0;
 };
 
 /// Writes the document in place of what the open file holds, and opens that again. Streams stay as

@@ -28,13 +28,6 @@ QPDFObjectHandle informationOf(QPDF &document)
     return information.isDictionary() ? information : QPDFObjectHandle::newDictionary();
 }
 
-std::string readable(const std::string &bytes)
-{
-    const std::string asUtf8 = "\xEF\xBB\xBF";
-    const std::string marked = isUtf8BeyondAscii(bytes) ? asUtf8 + bytes : bytes;
-    return writableInXml(QPDFObjectHandle::newString(marked).getUTF8Value());
-}
-
 // Ghostscript writes Z00'00', which some readers can't make out; +00'00' is the same to all.
 std::string withPlainZone(std::string date)
 {
@@ -54,7 +47,7 @@ Description settledTexts(QPDFObjectHandle information)
         QPDFObjectHandle value = information.getKey(entry.key);
         if (!value.isString())
             continue;
-        std::string text = readable(value.getStringValue());
+        std::string text = readableText(value.getStringValue());
         if (text.empty()) {
             information.removeKey(entry.key); // XMP has no empty texts
             continue;
@@ -84,6 +77,13 @@ bool isKnown(const std::string &key)
 }
 
 } // namespace
+
+std::string readableText(const std::string &bytes)
+{
+    const std::string asUtf8 = "\xEF\xBB\xBF";
+    const std::string marked = isUtf8BeyondAscii(bytes) ? asUtf8 + bytes : bytes;
+    return writableInXml(QPDFObjectHandle::newString(marked).getUTF8Value());
+}
 
 void restoreOwnEntries(QPDF &copy, QPDF &original)
 {

@@ -6,6 +6,10 @@
 
 namespace engine {
 
+/// The bytes of a text as UTF-8 that XML can hold: taken for UTF-8 if they are, else for one of the
+/// encodings that PDF files have.
+std::string readableText(const std::string &bytes);
+
 /// Makes the document's information dictionary readable for everybody, and its XMP packet say the
 /// same, with pdfa also that it is PDF/A-1b. The window hands the user's texts on as the bytes of
 /// the locale, which no reader takes for UTF-8 by itself.

@@ -17,13 +17,13 @@ struct PageTree
 
 // Viewers find their way by the counts, libqpdf by the nodes alone. For a tree that libqpdf has
 // walked to its end.
-PageTree mendedBelow(QPDFObjectHandle node)
+PageTree repairedBelow(QPDFObjectHandle node)
 {
     if (!node.hasKey("/Kids"))
         return {1};
     PageTree tree;
     for (const auto &kid : node.getKey("/Kids").aitems()) {
-        const PageTree below = mendedBelow(kid);
+        const PageTree below = repairedBelow(kid);
         tree.pages += below.pages;
         tree.sound = tree.sound && below.sound;
     }
@@ -53,25 +53,30 @@ Document::Document(int file, Trust trust, const std::string &password)
     m_pdf->processFile("document", m_stream.get(), false, password.c_str());
 }
 
+void Document::repair()
+{
+    pages(); // libqpdf finds out only once that a tree has no end
+    if (!m_walkable)
+        throw std::runtime_error("the tree of pages is broken");
+    m_sound = repairedBelow(m_pdf->getRoot().getKey("/Pages")).sound && m_sound;
+}
+
 int Document::pages()
 {
     try {
-        const int count = int(m_pdf->getAllPages().size());
-        if (m_trust == Trust::Foreign)
-            m_sound = mendedBelow(m_pdf->getRoot().getKey("/Pages")).sound && m_sound;
-        return count;
+        if (m_walkable)
+            return int(m_pdf->getAllPages().size());
     } catch (const std::exception &) {
         if (m_trust == Trust::Own)
             throw;
-        m_sound = false;
-        return m_pdf->getRoot().getKey("/Pages").getKey("/Count").getIntValueAsInt();
+        m_walkable = m_sound = false;
     }
+    return m_pdf->getRoot().getKey("/Pages").getKey("/Count").getIntValueAsInt();
 }
 
-bool Document::isSound()
+bool Document::isSound() const
 {
-    m_sound = m_sound && !m_pdf->anyWarnings();
-    return m_sound;
+    return m_sound && !m_pdf->anyWarnings();
 }
 
 bool Document::hasObjectStreams()

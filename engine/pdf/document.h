@@ -22,12 +22,15 @@ public:
 
     QPDF &pdf() { return *m_pdf; }
 
-    /// The number of pages. One that can't be walked to its end (Foreign) has as many as it claims;
-    /// where the walk finds a count that is wrong (Foreign), it is put right.
+    /// Puts right what viewers stumble over: the counts in the tree of pages. What was wrong counts
+    /// as damage. Throws a std::exception if the tree can't be walked to its end.
+    void repair();
+
+    /// The number of pages. One that can't be walked to its end (Foreign) has as many as it claims.
     int pages();
 
-    /// Whether everything that was read so far is in order.
-    bool isSound();
+    /// Whether everything that was read so far was in order.
+    [[nodiscard]] bool isSound() const;
 
     bool hasObjectStreams();
 
@@ -42,6 +45,7 @@ private:
     std::unique_ptr<QPDF> m_pdf;
     Trust m_trust;
     bool m_sound = true;
+    bool m_walkable = true; ///< the tree of pages, as far as anyone has tried
 };
 
 } // namespace engine

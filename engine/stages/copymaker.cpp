@@ -21,10 +21,23 @@ namespace engine {
 
 namespace {
 
+// One whose pages can't all be found still has those that can.
+void repair(Document &document)
+{
+    try {
+        document.repair();
+    } catch (const std::exception &) {
+        document.pages();
+    }
+}
+
 std::unique_ptr<Document> opened(int file, Trust trust)
 {
     try {
-        return std::make_unique<Document>(file, trust);
+        auto document = std::make_unique<Document>(file, trust);
+        if (trust == Trust::Foreign)
+            repair(*document);
+        return document;
     } catch (const std::exception &) {
         return nullptr;
     }

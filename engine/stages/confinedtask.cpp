@@ -1,0 +1,89 @@
+#include "confinedtask.h"
+
+#include "confinement/confinement.h"
+#include "confinement/memorylimit.h"
+#include "process/channels.h"
+#include "process/signals.h"
+#include "system/failure.h"
+#include "system/filesize.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace engine {
+
+namespace {
+
+// The first letter tells facts from an objection.
+constexpr char facts = '+';
+constexpr char objection = '-';
+
+std::string answerTo(const std::function<Facts()> &work)
+{
+    try {
+        return facts + linesOf(work());
+    } catch (const std::exception &error) {
+        return std::string(1, objection) + error.what();
+    }
+}
+
+std::vector<int> channelsOf(const std::vector<std::pair<int, int>> &files)
+{
+    std::vector<int> channels;
+    for (const auto &[channel, descriptor] : files)
+        channels.push_back(channel);
+    return channels;
+}
+
+int workConfined(const ConfinedFiles &files, const Limits &limits,
+                 const std::function<Facts()> &work)
+{
+    AccessPolicy policy;
+    policy.readableDescriptors = channelsOf(files.readable);
+    policy.writableDescriptors = channelsOf(files.writable);
+    confine(policy);
+    limitOwnMemory(limits.memory);
+    dprintf(reportChannel, "%s", answerTo(work).c_str());
+    return 0;
+}
+
+std::uintmax_t bytesIn(const std::vector<std::pair<int, int>> &files)
+{
+    std::uintmax_t bytes = 0;
+    for (const auto &[channel, descriptor] : files)
+        bytes += sizeOf(descriptor);
+    return bytes;
+}
+
+} // namespace
+
+ChildTask confinedTask(const ConfinedFiles &files, std::uintmax_t documentSize,
+                       const Limits &limits, std::function<Facts()> work)
+{
+    ChildTask task;
+    task.channels = files.readable;
+    task.channels.insert(task.channels.end(), files.writable.begin(), files.writable.end());
+    task.body = [files, limits, work = std::move(work)] {
+        return workConfined(files, limits, work);
+    };
+    task.written = [files] { return bytesIn(files.writable); };
+    task.mostWritten = limits.outputFor(documentSize);
+    for (const auto &[channel, descriptor] : files.writable)
+        task.disks.push_back(descriptor);
+    return task;
+}
+
+Facts answerOf(const ChildResult &result, const std::string &document)
+{
+    if (result.interrupted)
+        throw Failure("ended by a signal", 128 + signals::endRequest());
+    const std::string &report = result.report;
+    if (!report.empty() && report.front() == objection)
+        throw Failure(document + ": " + report.substr(1));
+    const auto answer = !report.empty() ? factsOf(report.substr(1)) : std::nullopt;
+    if (!result.violation.empty() || result.signal != 0 || result.status != 0 || !answer)
+        throw Failure(document + ": the document breaks whoever reads it");
+    return *answer;
+}
+
+} // namespace engine

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "facts.h"
+#include "process/child.h"
+
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace engine {
+
+/// What a confined child has open: channel, and our descriptor for it.
+struct ConfinedFiles
+{
+    std::vector<std::pair<int, int>> readable;
+    std::vector<std::pair<int, int>> writable;
+};
+
+/// A child that does this work on documents, in a process that can reach these files, neither
+/// anything else nor corvgs, because a document may be made to break its reader. It answers with
+/// facts; an exception is an objection.
+ChildTask confinedTask(const ConfinedFiles &files, std::uintmax_t documentSize,
+                       const Limits &limits, std::function<Facts()> work);
+
+/// What the child found out. Throws a Failure that begins with the name of the document if it had
+/// something to object, or did not end well.
+Facts answerOf(const ChildResult &result, const std::string &document);
+
+} // namespace engine

@@ -88,8 +88,8 @@ void keepLookups(const Program &program, const Needs &needs, hb_subset_input_t *
     hb_set_t *asTheyAre = hb_subset_input_set(input, HB_SUBSET_SETS_NO_SUBSET_TABLE_TAG);
     hb_set_t *dropped = hb_subset_input_set(input, HB_SUBSET_SETS_DROP_TABLE_TAG);
     hb_set_add(needs.cmap ? asTheyAre : dropped, cmap);
-    const bool isVersion2 = tableOf(program, post).substr(0, 4) == std::string({0, 2, 0, 0});
-    if (needs.names && !isVersion2)
+    const std::string version = tableOf(program, post).substr(0, 4);
+    if (needs.names && !version.empty() && version != std::string({0, 2, 0, 0}))
         hb_set_add(asTheyAre, post);
 }
 
@@ -140,6 +140,31 @@ bool isFaithful(const Face &subset, const Face &face, const Glyphs &glyphs)
     return true;
 }
 
+std::uint64_t numberAt(const std::string &bytes, std::size_t place)
+{
+    std::uint64_t number = 0;
+    for (std::size_t end = place + 4; place < end; ++place)
+        number = number << 8 | std::uint8_t(bytes[place]);
+    return number;
+}
+
+// Whether all tables lie within the program; readers make of others what they like.
+bool hasAllTables(const std::string &program)
+{
+    constexpr std::size_t directory = 12;
+    constexpr std::size_t entry = 16;
+    if (program.size() < directory)
+        return false;
+    const std::size_t tables = numberAt(program, 4) >> 16;
+    if (program.size() < directory + tables * entry)
+        return false;
+    for (std::size_t place = directory; place < directory + tables * entry; place += entry) {
+        if (numberAt(program, place + 8) + numberAt(program, place + 12) > program.size())
+            return false;
+    }
+    return true;
+}
+
 bool isVariable(const Face &face)
 {
     return !face.table("fvar").empty() || !face.table("CFF2").empty();
@@ -151,7 +176,8 @@ std::optional<std::string> subsetOf(const std::string &program, const Glyphs &gl
                                     const Needs &needs)
 {
     const auto face = Face::of(program);
-    if (!face || face->count() == 0 || isVariable(*face))
+    if (!face || face->count() == 0 || isVariable(*face) ||
+        (face->isSfnt() && !hasAllTables(program)))
         return std::nullopt;
     const std::string bytes = subsetBytes(program, face->count(), glyphs, needs);
     const auto subset = Face::of(bytes);

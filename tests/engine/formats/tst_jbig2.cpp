@@ -258,4 +258,4 @@ void TestJbig2::best()
 }
 
 QTEST_GUILESS_MAIN(TestJbig2)
-#include "tst_engine_jbig2.moc"
+#include "tst_jbig2.moc"

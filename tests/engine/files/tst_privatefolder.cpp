@@ -84,4 +84,4 @@ void TestPrivateFolder::failingDisk()
 }
 
 QTEST_GUILESS_MAIN(TestPrivateFolder)
-#include "tst_engine_privatefolder.moc"
+#include "tst_privatefolder.moc"

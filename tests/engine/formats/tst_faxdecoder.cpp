@@ -168,4 +168,4 @@ void TestFax::random()
 }
 
 QTEST_GUILESS_MAIN(TestFax)
-#include "tst_engine_fax.moc"
+#include "tst_faxdecoder.moc"

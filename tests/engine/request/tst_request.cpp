@@ -350,4 +350,4 @@ void TestRequest::refusalsKeepSecrets()
 }
 
 QTEST_GUILESS_MAIN(TestRequest)
-#include "tst_engine_request.moc"
+#include "tst_request.moc"

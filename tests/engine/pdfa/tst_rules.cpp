@@ -168,4 +168,4 @@ void TestPdfaRules::whatIsTakenOut()
 }
 
 QTEST_GUILESS_MAIN(TestPdfaRules)
-#include "tst_engine_pdfarules.moc"
+#include "tst_rules.moc"

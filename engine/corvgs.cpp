@@ -3,9 +3,14 @@
 
 #include "ghostscript/installation.h"
 #include "program.h"
+#include "system/programs.h"
 
 int main(int argc, char *argv[])
 {
-    const engine::Settings settings = {engine::findGhostscript(CORVANE_GHOSTSCRIPT), {}};
+    const engine::Settings settings = {
+        .ghostscript = engine::findGhostscript(CORVANE_GHOSTSCRIPT),
+        .readers = {.texts = engine::findProgram(CORVANE_PDFTOTEXT, "pdftotext"),
+                    .pictures = engine::findProgram(CORVANE_PDFTOPPM, "pdftoppm")},
+    };
     return engine::runCommandLine(argc, argv, settings);
 }

@@ -24,6 +24,6 @@ the batch nor other files.")
 # What the programs are linked with finds dpkg-shlibdeps. The platform plug-in for X and those for
 # the pictures come with Qt's own libraries.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_DEPENDS ghostscript)
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "ghostscript, poppler-utils")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-wayland, xdg-utils")
 include(CPack)

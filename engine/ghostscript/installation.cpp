@@ -1,9 +1,8 @@
 #include "installation.h"
 
-#include <cstdlib>
+#include "system/programs.h"
+
 #include <filesystem>
-#include <sstream>
-#include <unistd.h>
 
 namespace engine {
 
@@ -43,16 +42,7 @@ constexpr const char *fontsAtHome[] = {
 
 std::string findGhostscript(const std::string &configured)
 {
-    if (!configured.empty())
-        return configured;
-    const char *path = std::getenv("PATH");
-    std::istringstream folders(path ? path : "");
-    for (std::string folder; std::getline(folders, folder, ':');) {
-        std::string candidate = folder + "/gs";
-        if (!folder.empty() && access(candidate.c_str(), X_OK) == 0)
-            return candidate;
-    }
-    return {};
+    return findProgram(configured, "gs");
 }
 
 std::vector<std::string> systemFilesOf(const std::string &ghostscript, const std::string &home)

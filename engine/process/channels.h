@@ -13,7 +13,9 @@ enum Channel : int {
     reportChannel = 7,            ///< a pipe for what a child has to say to corvgs alone
     programChannel = 8,           ///< Ghostscript's executable, closed when it starts
     ghostscriptOutputChannel = 9, ///< what Ghostscript made
-    firstFreeChannel = 10,
+    originalReadingChannel = 10,  ///< what a reader made of the original
+    copyReadingChannel = 11,      ///< what a reader made of the draft
+    firstFreeChannel = 12,
 };
 
 inline std::string nameOf(Channel channel)

@@ -73,17 +73,43 @@ Findings blamedAll(const Parts &parts)
     return findings;
 }
 
-// Nothing is left to be read behind what is no picture.
-std::optional<Picture> pictureIn(PictureFile &file, bool &readable)
+class DrawnFile
 {
-    try {
-        if (readable)
-            return file.next();
-    } catch (const std::runtime_error &) {
-        readable = false;
+public:
+    explicit DrawnFile(const DrawnPages &drawn)
+        : m_drawn(drawn)
+        , m_file(drawn.file)
+    {
     }
-    return {};
-}
+
+    // Nothing if there is no picture of the page.
+    std::optional<Picture> pictureOf(int page)
+    {
+        while (m_readable && m_next < m_drawn.pages.size()) {
+            auto picture = next();
+            if (m_drawn.pages[m_next++].page == page)
+                return picture;
+        }
+        return {};
+    }
+
+private:
+    // There is nothing to be read behind what is no picture.
+    std::optional<Picture> next()
+    {
+        try {
+            return m_file.next();
+        } catch (const std::runtime_error &) {
+            m_readable = false;
+            return {};
+        }
+    }
+
+    const DrawnPages &m_drawn;
+    PictureFile m_file;
+    std::size_t m_next = 0;
+    bool m_readable = true;
+};
 
 bool readLine(const std::string &line, Findings &findings)
 {
@@ -113,17 +139,16 @@ Findings compareTexts(int copy, int original, const std::vector<TouchedPart> &pa
     return findings;
 }
 
-Findings comparePictures(int copy, int original, const std::vector<PageView> &pages,
+Findings comparePictures(const DrawnPages &copy, const DrawnPages &original,
                          const std::vector<TouchedPart> &parts)
 {
-    PictureFile copies(copy);
-    PictureFile originals(original);
-    bool readable = true;
+    DrawnFile copies(copy);
+    DrawnFile originals(original);
     Findings findings;
-    for (const PageView &page : pages) {
+    for (const PageView &page : copy.pages) {
         const Parts here = partsOn(page.page, parts);
-        const auto one = pictureIn(copies, readable);
-        const auto other = pictureIn(originals, readable);
+        const auto one = copies.pictureOf(page.page);
+        const auto other = originals.pictureOf(page.page);
         findings.add(one && other ? comparePage(*one, *other, page, here) : blamedAll(here));
     }
     return findings;

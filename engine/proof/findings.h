@@ -27,10 +27,17 @@ struct Findings
 /// on a page, else its images.
 Findings compareTexts(int copy, int original, const std::vector<TouchedPart> &parts);
 
-/// Compares the pictures of these pages in two open files, as PictureFile reads them. To blame is
-/// an image where it shows, elsewhere the fonts that show on the page, else its images; and all of
-/// these if there is no picture.
-Findings comparePictures(int copy, int original, const std::vector<PageView> &pages,
+/// The pictures of pages in an open file, one after the other, as PictureFile reads them.
+struct DrawnPages
+{
+    int file;
+    std::vector<PageView> pages;
+};
+
+/// Compares the pages of the copy with the same ones of the original, which may have more; both are
+/// in the order of the document. To blame is an image where it shows, elsewhere the fonts that show
+/// on the page, else its images; and all of these if there is no picture.
+Findings comparePictures(const DrawnPages &copy, const DrawnPages &original,
                          const std::vector<TouchedPart> &parts);
 
 /// To be passed from one confined process to another.

@@ -119,6 +119,7 @@ private slots:
     void blameForText();
     void blameForPicture();
     void blameForNoPicture();
+    void blameOnFewerPages();
     void lines();
     void viewLines();
 };
@@ -363,15 +364,15 @@ void TestFindings::blameForPicture()
     const File copy(sound + asPpm(with({0, 0, 10, 10}, black)));
     const std::vector<PageView> pages = {{4, square.crop}, {5, square.crop}};
     const auto failed = [&](const std::vector<TouchedPart> &parts) {
-        return list(comparePictures(copy, original, pages, parts).failed);
+        return list(comparePictures({copy, pages}, {original, pages}, parts).failed);
     };
     const Box topLeft = {0, 300, 100, 400};
     const Box elsewhere = {200, 0, 400, 100};
     QCOMPARE(failed({image(1, 5, topLeft), image(2, 5, elsewhere), font(3, 5)}), QList<int>{1});
     QCOMPARE(failed({image(2, 5, elsewhere), font(3, 5), font(4, 4)}), QList<int>{3});
     QCOMPARE(failed({image(1, 4, topLeft), image(2, 5, elsewhere)}), QList<int>{2});
-    QVERIFY(comparePictures(copy, original, pages, {image(1, 4, topLeft)}).unexplained);
-    QVERIFY(comparePictures(original, original, pages, {}).isNone());
+    QVERIFY(comparePictures({copy, pages}, {original, pages}, {image(1, 4, topLeft)}).unexplained);
+    QVERIFY(comparePictures({original, pages}, {original, pages}, {}).isNone());
 }
 
 void TestFindings::blameForNoPicture()
@@ -382,11 +383,34 @@ void TestFindings::blameForNoPicture()
     const File whole(sound + sound);
     for (const QByteArray &half : {sound, sound + "P6\n", sound + sound.chopped(1)}) {
         const File file(half);
-        QCOMPARE(list(comparePictures(file, whole, pages, parts).failed), (QList<int>{2, 3}));
-        QCOMPARE(list(comparePictures(whole, file, pages, parts).failed), (QList<int>{2, 3}));
+        QCOMPARE(list(comparePictures({file, pages}, {whole, pages}, parts).failed),
+                 (QList<int>{2, 3}));
+        QCOMPARE(list(comparePictures({whole, pages}, {file, pages}, parts).failed),
+                 (QList<int>{2, 3}));
     }
-    const auto none = comparePictures(File("x"), whole, pages, parts);
+    const File rubbish("x");
+    const auto none = comparePictures({rubbish, pages}, {whole, pages}, parts);
     QCOMPARE(list(none.failed), (QList<int>{1, 2, 3}));
+}
+
+// The original may have been drawn before it was known what is made smaller.
+void TestFindings::blameOnFewerPages()
+{
+    const QByteArray sound = asPpm(pictureOf(drawn));
+    const QByteArray other = asPpm(with({0, 0, 10, 10}, [](int, int, int) { return 0; }));
+    const std::vector<PageView> all = {{3, square.crop}, {4, square.crop}, {5, square.crop}};
+    const std::vector<TouchedPart> parts = {font(1, 3), font(2, 4), font(3, 5)};
+    const File original(sound + other + sound);
+    const auto failed = [&](const QByteArray &copy, const std::vector<PageView> &pages) {
+        const File file(copy);
+        return list(comparePictures({file, pages}, {original, all}, parts).failed);
+    };
+    QCOMPARE(failed(other + sound, {{4, square.crop}, {5, square.crop}}), QList<int>{});
+    QCOMPARE(failed(sound + sound, {{3, square.crop}, {5, square.crop}}), QList<int>{});
+    QCOMPARE(failed(sound, {{4, square.crop}}), QList<int>{2});
+    QCOMPARE(failed(sound, {{6, square.crop}}), QList<int>{});
+    const std::vector<PageView> notDrawn = {{6, square.crop}};
+    QVERIFY(comparePictures({original, notDrawn}, {original, all}, {}).unexplained);
 }
 
 void TestFindings::lines()

@@ -77,7 +77,7 @@ Proof::Reading Proof::draw(int document, const Drawing &drawing)
 void Proof::begin(std::vector<PageView> views, const std::set<int> &pages)
 {
     m_views = std::move(views);
-    if (!m_settings.readers.areThere())
+    if (!areThere(m_settings.readers))
         return;
     m_text = readText(m_original);
     for (Drawing &drawing :

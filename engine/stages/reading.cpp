@@ -62,6 +62,12 @@ std::string inDecimals(double number)
 
 } // namespace
 
+bool areThere(const ReaderPrograms &programs)
+{
+    return access(programs.texts.c_str(), X_OK) == 0 &&
+           access(programs.pictures.c_str(), X_OK) == 0;
+}
+
 ChildTask textTask(const ReaderPrograms &programs, int document, int output,
                    const ReaderLimits &limits)
 {

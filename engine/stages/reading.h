@@ -6,6 +6,9 @@
 
 namespace engine {
 
+/// Whether both programs can be started.
+bool areThere(const ReaderPrograms &programs);
+
 /// The reader at work on the text of an open document, which needs no password. It writes to the
 /// open file, in UTF-8, with a form feed behind each page, and says nothing. It can reach nothing
 /// else than what is installed. Throws a Failure if the program can't be opened.

@@ -11,10 +11,8 @@ namespace engine {
 /// The programs of the independent reader, as paths; empty: it isn't there.
 struct ReaderPrograms
 {
-    std::string texts;    ///< pdftotext
-    std::string pictures; ///< pdftoppm
-
-    [[nodiscard]] bool areThere() const { return !texts.empty() && !pictures.empty(); }
+    std::string texts = {};    ///< pdftotext
+    std::string pictures = {}; ///< pdftoppm
 };
 
 /// What the reader may use up, in one process.

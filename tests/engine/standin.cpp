@@ -7,6 +7,7 @@
 //   wait            says "ready" and waits for ever
 //   loop crash      what the words say
 //   memory          takes MiB after MiB: status 20 when it gets no more, 10 after 6 GiB
+//   flood           writes to its standard output for ever
 //   fill            writes 48 MiB into the file and waits for ever
 //   fill-hidden     the same into a temporary file that it has removed
 //   fill-many       the same into 48 temporary files
@@ -164,6 +165,14 @@ int fill(const std::vector<int> &files)
     return wait();
 }
 
+int flood()
+{
+    const std::string mebibyte(1 << 20, 'x');
+    while (write(STDOUT_FILENO, mebibyte.data(), mebibyte.size()) > 0) {
+    }
+    return denied;
+}
+
 int temporaryFile(int number)
 {
     path = std::getenv("TMPDIR") + ("/" + std::to_string(number));
@@ -213,6 +222,7 @@ const std::map<std::string, std::function<int()>> behaviours = {
     {"wait", wait},
     {"loop", loop},
     {"crash", crash},
+    {"flood", flood},
     {"fill", [] { return fill({open(path.c_str(), O_WRONLY)}); }},
     {"fill-hidden", fillHidden},
     {"fill-many", fillMany},

@@ -1,0 +1,500 @@
+// What the independent reader sees of a copy's faults.
+#include "bench.h"
+#include "catchsignals.h"
+#include "documents.h"
+#include "parsed.h"
+#include "samples.h"
+
+#include "engine/pdf/contentwalk.h"
+#include "engine/pdf/pageboxes.h"
+#include "engine/proof/drawingplan.h"
+#include "engine/stages/proof.h"
+#include "engine/system/programs.h"
+
+#include <QTemporaryDir>
+#include <QTemporaryFile>
+#include <QTest>
+
+using namespace engine;
+
+namespace {
+
+class File
+{
+public:
+    explicit File(const QByteArray &content = {})
+    {
+        m_file.open();
+        m_file.write(content);
+        m_file.flush();
+    }
+    [[nodiscard]] int handle() const { return m_file.handle(); }
+
+private:
+    QTemporaryFile m_file;
+};
+
+Descriptor scratchFile()
+{
+    const File file;
+    return Descriptor(dup(file.handle()));
+}
+
+std::vector<PageView> viewsIn(const QByteArray &document)
+{
+    parsed::Document parsed(document);
+    return pageViewsOf(parsed);
+}
+
+class Images : public ContentVisitor
+{
+public:
+    void image(const Shown &shown, QPDFObjectHandle image, const Matrix &matrix) override
+    {
+        const Box box = boundsOf({0, 0, 1, 1}, matrix);
+        parts.push_back({PartKind::Image, image.getObjectID(), shown.page, box.left, box.bottom,
+                         box.right, box.top});
+    }
+    std::vector<TouchedPart> parts;
+};
+
+std::vector<TouchedPart> imagesIn(const QByteArray &document)
+{
+    parsed::Document parsed(document);
+    Images images;
+    walkContent(parsed, images);
+    return images.parts;
+}
+
+TouchedPart font(int object, int page = 0)
+{
+    return {PartKind::Font, object, page, 0, 0, 200, 200};
+}
+
+// Where nothing differs.
+const TouchedPart smallImage = {PartKind::Image, 90, 0, 180, 10, 190, 20};
+
+ProofSettings settings()
+{
+    ProofSettings settings;
+    settings.readers = {findProgram("", "pdftotext"), findProgram("", "pdftoppm")};
+    settings.processes = 2;
+    return settings;
+}
+
+ProofResult prove(const QByteArray &copy, const QByteArray &original,
+                  const std::vector<TouchedPart> &parts, const ProofSettings &with = settings(),
+                  std::vector<PageView> views = {})
+{
+    if (views.empty())
+        views = viewsIn(original);
+    std::set<int> pages;
+    for (const PageView &view : views)
+        pages.insert(view.page);
+    const File copyFile(copy);
+    const File originalFile(original);
+    Children children{Limits()};
+    Proof proof(children, with, originalFile.handle(), scratchFile);
+    proof.begin(views, pages);
+    return proof.compare(copyFile.handle(), parts);
+}
+
+QList<int> failed(const ProofResult &result)
+{
+    return {result.findings.failed.begin(), result.findings.failed.end()};
+}
+
+QByteArray grayImage(const QByteArray &samples, int width = 100, const QByteArray &entries = {})
+{
+    return pdfStream("/Type /XObject /Subtype /Image /ColorSpace /DeviceGray /BitsPerComponent 8"
+                     " /Width " +
+                         QByteArray::number(width) + " /Height " +
+                         QByteArray::number(samples.size() / width) + ' ' + entries,
+                     samples);
+}
+
+// Slopes that lie on their side where they are turned.
+QByteArray slope(int lighter = 0)
+{
+    QByteArray samples;
+    for (int y = 0; y < 100; ++y) {
+        for (int x = 0; x < 100; ++x)
+            samples += char(40 + x + y / 2 + lighter);
+    }
+    return samples;
+}
+
+QByteArray withImages(const QByteArray &first, const QByteArray &second,
+                      const QByteArray &page = {})
+{
+    documents::Parts parts;
+    parts.content = "q 60 0 0 40 30 90 cm /A Do Q q 50 0 0 50 120 30 cm /B Do Q";
+    parts.resources = "/XObject << /A 6 0 R /B 7 0 R >>";
+    parts.page = page;
+    parts.objects = {first, second};
+    return documents::withParts(parts);
+}
+
+QByteArray negative(QByteArray samples)
+{
+    for (char &sample : samples)
+        sample = char(~sample);
+    return samples;
+}
+
+// Seven pages with a word each.
+QByteArray pages(const QByteArray &fourth)
+{
+    QByteArray kids;
+    QList<QByteArray> objects;
+    for (int page = 0; page < 7; ++page) {
+        const QByteArray content = QByteArray::number(5 + 2 * page);
+        kids += QByteArray::number(4 + 2 * page) + " 0 R ";
+        objects += "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 200 200] /Resources << /Font << /F"
+                   " 3 0 R >> >> /Contents " +
+                   content + " 0 R >>";
+        objects += pdfStream({}, page == 3 ? fourth : "BT /F 12 Tf 20 20 Td (Page) Tj ET");
+    }
+    return pdfOf(QList<QByteArray>{"<< /Type /Catalog /Pages 2 0 R >>",
+                                   "<< /Type /Pages /Count 7 /Kids [" + kids + "] >>",
+                                   "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica >>"} +
+                 objects);
+}
+
+} // namespace
+
+class TestProof : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void same();
+    void mutants_data();
+    void mutants();
+    void wrongImage_data();
+    void wrongImage();
+    void placeOnPage_data();
+    void placeOnPage();
+    void fewerPages();
+    void anotherDraft();
+    void partNobodyWasToldOf();
+    void nothingTouched();
+    void encryptedOriginal();
+    void brokenDraft();
+    void noReader_data();
+    void noReader();
+    void badReader_data();
+    void badReader();
+    void otherPageCount();
+    void plan_data();
+    void plan();
+    void planOfLargePages();
+    void planOfManyPages();
+    void resolution();
+};
+
+void TestProof::initTestCase()
+{
+    catchSignals();
+}
+
+void TestProof::same()
+{
+    const QByteArray original = withImages(grayImage(slope()), grayImage(slope()));
+    QVERIFY(prove(original, original, {font(5), smallImage}).isSound());
+    const QByteArray rewritten =
+        documents::rewritten(original, {"--object-streams=generate", "--linearize"});
+    QVERIFY(rewritten != original);
+    QVERIFY(prove(rewritten, original, {font(5), smallImage}).isSound());
+}
+
+// What is lost or changed, outside of images.
+void TestProof::mutants_data()
+{
+    QTest::addColumn<QByteArray>("meant");
+    QTest::addColumn<QByteArray>("copied");
+    const auto text = [](const QByteArray &string) {
+        return "BT /F 10 Tf 20 100 Td (" + string + ") Tj ET";
+    };
+    const QByteArray none;
+    QTest::newRow("comma") << text("One, two") << text("One two");
+    QTest::newRow("letter") << text("One two") << text("One tvo");
+    QTest::newRow("capital") << text("One") << text("one");
+    QTest::newRow("invisible text") << "3 Tr " + text("One") << "3 Tr " + text("Ono");
+    QTest::newRow("letter's place") << text("One two") << text("One tw) Tj 0.5 0 Td (o");
+    QTest::newRow("drawn comma") << QByteArray("40 40 m 41.5 40 l 40.3 37.6 l f") << none;
+    QTest::newRow("small image")
+        << QByteArray("q 3 0 0 3 60 60 cm BI /W 1 /H 1 /BPC 8 /CS /G ID \x30 EI Q") << none;
+    QTest::newRow("thin line") << QByteArray("0.1 w 20 80 m 120 80 l S") << none;
+    QTest::newRow("thinnest line") << QByteArray("0 w 20 80 m 120 81 l S") << none;
+    QTest::newRow("thin rectangle") << QByteArray("20 80 100 0.2 re f") << none;
+    QTest::newRow("colour") << QByteArray("0.5 g 20 20 30 30 re f")
+                            << QByteArray("0.49 g 20 20 30 30 re f");
+}
+
+// At the lowest resolution as well.
+void TestProof::mutants()
+{
+    QFETCH(QByteArray, meant);
+    QFETCH(QByteArray, copied);
+    documents::Parts parts;
+    parts.content = meant;
+    const QByteArray original = documents::withParts(parts);
+    parts.content = copied;
+    const QByteArray copy = documents::withParts(parts);
+    for (const double resolution : {comparisonResolution(150), comparisonResolution(0)}) {
+        ProofSettings drawn = settings();
+        drawn.resolution = resolution;
+        QCOMPARE(failed(prove(copy, original, {font(5), smallImage}, drawn)), QList<int>{5});
+        QCOMPARE(failed(prove(copy, original, {smallImage}, drawn)), QList<int>{90});
+        QVERIFY(prove(original, original, {font(5), smallImage}, drawn).isSound());
+    }
+}
+
+void TestProof::wrongImage_data()
+{
+    QTest::addColumn<QByteArray>("image");
+    QTest::addColumn<bool>("isSound");
+    QTest::newRow("the same") << grayImage(slope()) << true;
+    QTest::newRow("a little lighter") << grayImage(slope(5)) << true;
+    QTest::newRow("negative") << grayImage(negative(slope())) << false;
+    QTest::newRow("inverted") << grayImage(slope(), 100, "/Decode [1 0]") << false;
+    QTest::newRow("blank") << grayImage(QByteArray(10'000, '\xff')) << false;
+    QTest::newRow("lighter") << grayImage(slope(20)) << false;
+    QTest::newRow("one pixel") << grayImage("\x80", 1) << false;
+    QTest::newRow("masked away") << grayImage(slope(), 100, "/Mask [0 255]") << false;
+    QTest::newRow("no image") << pdfStream("/Type /XObject /Subtype /Image", "") << false;
+}
+
+// The other one is let alone.
+void TestProof::wrongImage()
+{
+    QFETCH(QByteArray, image);
+    QFETCH(bool, isSound);
+    const QByteArray original = withImages(grayImage(slope()), grayImage(slope()));
+    const QByteArray copy = withImages(grayImage(slope()), image);
+    const auto result = prove(copy, original, imagesIn(original));
+    QVERIFY(result.readable);
+    QVERIFY(!result.findings.unexplained);
+    QCOMPARE(failed(result), isSound ? QList<int>() : QList<int>{7});
+}
+
+void TestProof::placeOnPage_data()
+{
+    QTest::addColumn<QByteArray>("page");
+    for (const char *rotation : {"0", "90", "180", "270", "-90", "450"}) {
+        for (const char *box : {"", "/CropBox [20 25 180 190]", "/CropBox [50 50 150 110]",
+                                "/CropBox [-40 60 300 120]", "/UserUnit 2.5",
+                                "/UserUnit 0.3 /CropBox [20 25 180 190]"}) {
+            const QByteArray page = "/Rotate " + QByteArray(rotation) + ' ' + box;
+            QTest::newRow(page.constData()) << page;
+        }
+    }
+}
+
+// An image that is a little lighter is so within its place, and in no smaller one.
+void TestProof::placeOnPage()
+{
+    QFETCH(QByteArray, page);
+    const QByteArray original = withImages(grayImage(slope()), grayImage(slope()), page);
+    const QByteArray copy = withImages(grayImage(slope(5)), grayImage(slope()), page);
+    std::vector<TouchedPart> parts = imagesIn(original);
+    QCOMPARE(parts.front().object, 6);
+    QVERIFY(prove(copy, original, parts).isSound());
+    parts.front().right = (parts.front().left + parts.front().right) / 2;
+    parts.back().left = parts.back().right;
+    QVERIFY(!prove(copy, original, parts).isSound());
+}
+
+void TestProof::fewerPages()
+{
+    const QByteArray original = pages("BT /F 12 Tf 20 20 Td (Page) Tj ET");
+    const QByteArray copy = pages("BT /F 12 Tf 20 21 Td (Page) Tj ET");
+    QCOMPARE(failed(prove(copy, original, {font(10, 0), font(13, 3), font(16, 6)})),
+             QList<int>{13});
+    QCOMPARE(failed(prove(copy, original, {font(12, 2), font(13, 3), font(14, 4)})),
+             QList<int>{13});
+    QVERIFY(prove(copy, original, {font(10, 0), font(16, 6)}).isSound());
+}
+
+void TestProof::anotherDraft()
+{
+    const QByteArray original = pages("BT /F 12 Tf 20 20 Td (Page) Tj ET");
+    const File originalFile(original);
+    const File wrong(pages("BT /F 12 Tf 20 20 Td (Sage) Tj ET"));
+    const File right(documents::rewritten(original, {"--object-streams=generate"}));
+    Children children{Limits()};
+    Proof proof(children, settings(), originalFile.handle(), scratchFile);
+    proof.begin(viewsIn(original), {1, 2, 3, 4});
+    QCOMPARE(failed(proof.compare(wrong.handle(), {font(12, 2), font(13, 3)})), QList<int>{13});
+    QVERIFY(proof.compare(right.handle(), {font(12, 2)}).isSound());
+    QCOMPARE(failed(proof.compare(wrong.handle(), {font(12, 2), font(13, 3)})), QList<int>{13});
+}
+
+void TestProof::partNobodyWasToldOf()
+{
+    const QByteArray original = pages("BT /F 12 Tf 20 20 Td (Page) Tj ET");
+    const File file(original);
+    Children children{Limits()};
+    Proof proof(children, settings(), file.handle(), scratchFile);
+    proof.begin(viewsIn(original), {1, 2});
+    QCOMPARE(failed(proof.compare(file.handle(), {font(12, 2), font(13, 5), font(14, 70)})),
+             (QList<int>{13, 14}));
+}
+
+// The text is compared all the same.
+void TestProof::nothingTouched()
+{
+    const QByteArray original = pages("BT /F 12 Tf 20 20 Td (Page) Tj ET");
+    QVERIFY(prove(original, original, {}).isSound());
+    QVERIFY(prove(pages("BT /F 12 Tf 20 20 Td (Sage) Tj ET"), original, {}).findings.unexplained);
+}
+
+void TestProof::encryptedOriginal()
+{
+    const QByteArray document = withImages(grayImage(slope()), grayImage(slope()));
+    const QByteArray original =
+        documents::rewritten(document, {"--encrypt", "", "owner", "256", "--extract=n", "--"});
+    QVERIFY(original.contains("/Encrypt"));
+    QVERIFY(prove(document, original, {font(5)}).isSound());
+}
+
+void TestProof::brokenDraft()
+{
+    const QByteArray original = withImages(grayImage(slope()), grayImage(slope()));
+    for (const QByteArray &copy : {QByteArray(), QByteArray("rubbish"), original.left(40)}) {
+        const auto result = prove(copy, original, {font(5), smallImage});
+        QVERIFY(result.readable);
+        QCOMPARE(failed(result), (QList<int>{5, 90}));
+        QVERIFY(!prove(copy, original, {}).isSound());
+    }
+}
+
+void TestProof::noReader_data()
+{
+    QTest::addColumn<QString>("texts");
+    QTest::addColumn<QString>("pictures");
+    const auto texts = QString::fromStdString(settings().readers.texts);
+    const auto pictures = QString::fromStdString(settings().readers.pictures);
+    QTest::newRow("none") << QString() << QString();
+    QTest::newRow("no texts") << QString() << pictures;
+    QTest::newRow("no pictures") << texts << QString();
+    QTest::newRow("gone") << texts << QStringLiteral("/nowhere/pdftoppm");
+}
+
+void TestProof::noReader()
+{
+    QFETCH(QString, texts);
+    QFETCH(QString, pictures);
+    ProofSettings without = settings();
+    without.readers = {texts.toStdString(), pictures.toStdString()};
+    const QByteArray original = documents::withParts({});
+    QVERIFY(!prove(original, original, {font(5)}, without).readable);
+}
+
+void TestProof::badReader_data()
+{
+    QTest::addColumn<QByteArray>("behaviour");
+    for (const char *behaviour : {"crash", "loop", "flood", "arguments", "descriptors"})
+        QTest::newRow(behaviour) << QByteArray(behaviour);
+}
+
+// Crashes, burns its time, never stops writing, or writes something else.
+void TestProof::badReader()
+{
+    QFETCH(QByteArray, behaviour);
+    qputenv("STANDIN", behaviour);
+    const QByteArray original = documents::withParts({});
+    ProofSettings bad = settings();
+    bad.limits.time = std::chrono::seconds(1);
+    bad.limits.text = 1 << 20;
+    bad.readers.texts = Bench::standin().toStdString();
+    QVERIFY(!prove(original, original, {font(5)}, bad).readable);
+    std::swap(bad.readers.texts, bad.readers.pictures);
+    bad.readers.texts = settings().readers.texts;
+    bad.readers.pictures = Bench::standin().toStdString();
+    QVERIFY(!prove(original, original, {font(5)}, bad).isSound());
+    qunsetenv("STANDIN");
+}
+
+void TestProof::otherPageCount()
+{
+    const QByteArray original = documents::withParts({});
+    std::vector<PageView> views = viewsIn(original);
+    views.push_back(views.front());
+    views.back().page = 1;
+    QVERIFY(!prove(original, original, {font(5)}, settings(), views).readable);
+}
+
+void TestProof::plan_data()
+{
+    QTest::addColumn<QList<int>>("pages");
+    QTest::addColumn<int>("processes");
+    QTest::addColumn<QString>("drawings");
+    QTest::newRow("none") << QList<int>{} << 2 << QString();
+    QTest::newRow("one") << QList<int>{3} << 2 << "3";
+    QTest::newRow("two") << QList<int>{3, 4} << 2 << "3|4";
+    QTest::newRow("two in one") << QList<int>{3, 4} << 1 << "3 4";
+    QTest::newRow("five") << QList<int>{0, 1, 2, 3, 4} << 2 << "0 1 2|3 4";
+    QTest::newRow("a gap of one") << QList<int>{0, 2, 3} << 1 << "0 1 2|3";
+    QTest::newRow("a gap of two") << QList<int>{0, 3} << 1 << "0|3";
+    QTest::newRow("the last") << QList<int>{9} << 1 << "9";
+}
+
+void TestProof::plan()
+{
+    QFETCH(QList<int>, pages);
+    QFETCH(int, processes);
+    std::vector<PageView> views;
+    for (int page = 0; page < 10; ++page)
+        views.push_back({page, {0, 0, 595, 842}, 0});
+    QStringList drawings;
+    for (const Drawing &drawing : drawingPlan({pages.begin(), pages.end()}, views, 50, processes)) {
+        QCOMPARE(drawing.resolution, 50.0);
+        QStringList numbers;
+        for (const PageView &view : drawing.pages)
+            numbers << QString::number(view.page);
+        drawings << numbers.join(' ');
+    }
+    QTEST(drawings.join('|'), "drawings");
+}
+
+// One is drawn on its own, and never as what lies between two others.
+void TestProof::planOfLargePages()
+{
+    const std::vector<PageView> views = {
+        {0, {0, 0, 595, 842}, 0}, {1, {0, 0, 14400, 14400}, 0}, {2, {0, 0, 595, 842}, 0}};
+    const auto plan = drawingPlan({0, 1, 2}, views, 50, 1);
+    QCOMPARE(plan.size(), std::size_t(3));
+    QVERIFY(plan[1].resolution > 9 && plan[1].resolution < 10.1);
+    QVERIFY(plan[1].mostBytes() < 16'000'000);
+    QCOMPARE(drawingPlan({0, 2}, views, 50, 1).size(), std::size_t(2));
+}
+
+void TestProof::planOfManyPages()
+{
+    std::vector<PageView> views;
+    std::set<int> pages;
+    for (int page = 0; page < 1000; ++page) {
+        views.push_back({page, {0, 0, 595, 842}, 0});
+        pages.insert(page);
+    }
+    std::size_t count = 0;
+    for (const Drawing &drawing : drawingPlan(pages, views, 50, 2)) {
+        count += drawing.pages.size();
+        QVERIFY(drawing.pages.size() < 160);
+    }
+    QCOMPARE(count, std::size_t(1000));
+}
+
+void TestProof::resolution()
+{
+    QCOMPARE(comparisonResolution(150), 50.0);
+    QCOMPARE(comparisonResolution(1200), 50.0);
+    QCOMPARE(comparisonResolution(72), 24.0);
+    QCOMPARE(comparisonResolution(9), 18.0);
+}
+
+QTEST_GUILESS_MAIN(TestProof)
+#include "tst_proof.moc"

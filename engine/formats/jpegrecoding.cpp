@@ -1,15 +1,11 @@
 #include "jpegrecoding.h"
 
+#include "jpegscans.h"
+
 #include <algorithm>
 #include <array>
 #include <csetjmp>
-#include <cstdio>
 #include <cstring>
-
-extern "C" {
-#include <jerror.h>
-#include <jpeglib.h>
-}
 
 namespace engine {
 
@@ -99,9 +95,11 @@ struct Writer
     ErrorManager errors;
     jpeg_compress_struct codec = {};
     Destination destination;
+    std::vector<jpeg_scan_info> scans; ///< none: a sequential JPEG
 
-    explicit Writer(std::size_t size)
+    Writer(std::size_t size, std::vector<jpeg_scan_info> itsScans)
         : destination(size)
+        , scans(std::move(itsScans))
     {
         initialise(errors);
         codec.err = &errors.base;
@@ -140,10 +138,11 @@ bool isComplete(const jpeg_decompress_struct &reader)
     return true;
 }
 
-// Producers round up to even lengths. Anything else may be for somebody.
+// Producers round up to even lengths, and Ghostscript (10.00) ends a JPEG twice that it passes
+// through. Anything else may be for somebody.
 bool isPadding(const jpeg_source_mgr &source)
 {
-    constexpr std::array<JOCTET, 4> padding = {0, '\n', '\r', ' '};
+    constexpr std::array<JOCTET, 6> padding = {0, '\n', '\r', ' ', 0xFF, JPEG_EOI};
     return std::all_of(source.next_input_byte, source.next_input_byte + source.bytes_in_buffer,
                        [&](JOCTET byte) {
                            return std::find(padding.begin(), padding.end(), byte) != padding.end();
@@ -185,7 +184,7 @@ bool isRead(Reader &reader, const std::string &jpeg)
     return isComplete(reader.codec) && isPadding(*reader.codec.src);
 }
 
-bool isWritten(Writer &writer, Reader &reader, bool progressive)
+bool isWritten(Writer &writer, Reader &reader)
 {
     if (setjmp(writer.errors.back) != 0)
         return false;
@@ -193,8 +192,8 @@ bool isWritten(Writer &writer, Reader &reader, bool progressive)
     writer.codec.dest = &writer.destination.base;
     jpeg_copy_critical_parameters(&reader.codec, &writer.codec);
     writer.codec.optimize_coding = TRUE;
-    if (progressive)
-        jpeg_simple_progression(&writer.codec);
+    writer.codec.scan_info = writer.scans.empty() ? nullptr : writer.scans.data();
+    writer.codec.num_scans = int(writer.scans.size());
     writer.codec.write_JFIF_header = FALSE;
     writer.codec.write_Adobe_marker = FALSE;
     jpeg_write_coefficients(&writer.codec, reader.coefficients);
@@ -204,10 +203,11 @@ bool isWritten(Writer &writer, Reader &reader, bool progressive)
 }
 
 // Nothing if it is not smaller than so many bytes.
-std::optional<std::string> written(Reader &reader, bool progressive, std::size_t size)
+std::optional<std::string> written(Reader &reader, std::vector<jpeg_scan_info> scans,
+                                   std::size_t size)
 {
-    Writer writer(size - 1);
-    if (!isWritten(writer, reader, progressive))
+    Writer writer(size - 1, std::move(scans));
+    if (!isWritten(writer, reader))
         return {};
     return writer.destination.take();
 }
@@ -219,10 +219,10 @@ std::optional<std::string> recodedJpeg(const std::string &jpeg)
     Reader reader;
     if (jpeg.empty() || !isRead(reader, jpeg))
         return {};
-    auto progressive = written(reader, true, jpeg.size());
+    auto progressive = written(reader, progressiveScans(reader.codec), jpeg.size());
     if (jpeg.size() > smallSize)
         return progressive;
-    auto sequential = written(reader, false, progressive ? progressive->size() : jpeg.size());
+    auto sequential = written(reader, {}, progressive ? progressive->size() : jpeg.size());
     return sequential ? sequential : progressive;
 }
 

@@ -120,6 +120,7 @@ void TestJpegRecoding::padding()
     const QByteArray jpeg = made({});
     QCOMPARE(recoded(jpeg + '\n'), recoded(jpeg));
     QCOMPARE(recoded(jpeg + QByteArray(3, '\0')), recoded(jpeg));
+    QCOMPARE(recoded(jpeg + "\xff\xd9"), recoded(jpeg));
 }
 
 void TestJpegRecoding::untouched_data()

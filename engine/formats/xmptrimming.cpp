@@ -19,6 +19,7 @@ struct Property
 
 constexpr Property properties[] = {
     {"http://ns.adobe.com/xap/1.0/ Thumbnails", false},
+    {"http://ns.adobe.com/xap/1.0/t/pg/ SwatchGroups", false}, // an editor's palette
     {"http://ns.adobe.com/xap/1.0/mm/ History", true},
     {"http://ns.adobe.com/xap/1.0/mm/ Ingredients", true},
     {"http://ns.adobe.com/xap/1.0/mm/ Pantry", true},

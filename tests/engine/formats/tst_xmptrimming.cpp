@@ -61,6 +61,9 @@ void TestXmpTrimming::cut_data()
     QTest::newRow("history") << packet(title + history) << false << packet(title);
     QTest::newRow("history first") << packet(history + title) << false << packet(title);
     QTest::newRow("thumbnails") << packet(title + thumbnails) << true << packet(title);
+    QTest::newRow("palettes")
+        << packet("<t:SwatchGroups xmlns:t=\"http://ns.adobe.com/xap/1.0/t/pg/\"/>" + title) << true
+        << packet(title);
     QTest::newRow("all of it") << packet(thumbnails + title + history, padding) << false
                                << packet(title);
     QTest::newRow("not the history")

@@ -3,8 +3,8 @@
 
 #include "enginecount.h"
 #include "src/process.h"
-#include "support/dragdrop.h"
 #include "support/sandbox.h"
+#include "support/windowuser.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -12,7 +12,6 @@
 #include <QLineEdit>
 #include <QProcess>
 #include <QProgressBar>
-#include <QPushButton>
 #include <QTableWidget>
 #include <QTest>
 #include <QTimer>
@@ -92,7 +91,7 @@ private slots:
 
 private:
     void makeInputs() const;
-    void run(Process &window) const;
+    void run(const WindowUser &user) const;
     static QString expected(int number);
     QString inputPath(int number) const;
 
@@ -108,7 +107,7 @@ QString TestSoak::inputPath(int number) const
 // Numbers begin at 1, as Ghostscript counts pages. A blank page gives too small a copy.
 QString TestSoak::expected(int number)
 {
-    return number % brokenEvery == 0 || number % kinds == 0 ? "Failed" : "Succeed";
+    return number % brokenEvery == 0 || number % kinds == 0 ? failed : succeed;
 }
 
 void TestSoak::initTestCase()
@@ -134,30 +133,29 @@ void TestSoak::makeInputs() const
     QVERIFY(QFile::exists(inputPath(m_count)));
 }
 
-void TestSoak::run(Process &window) const
+void TestSoak::run(const WindowUser &user) const
 {
-    QTest::mouseClick(window.findChild<QPushButton *>("runButton"), Qt::LeftButton);
-    const auto *bar = window.findChild<QProgressBar *>();
-    QCOMPARE(bar->value(), 1);
-    QTRY_COMPARE_WITH_TIMEOUT(bar->value(), 0, m_count * secondsPerFile * 1000);
+    user.run();
+    QCOMPARE(user.progressBar()->value(), 1);
+    QTRY_VERIFY_WITH_TIMEOUT(user.isIdle(), m_count * secondsPerFile * 1000);
 }
 
 void TestSoak::oneLongBatch()
 {
     QList<QByteArray> before;
-    QList<QUrl> urls;
-    for (int number = m_count; number >= 1; --number) { // a drop lists its files from the last
-        urls.append(QUrl::fromLocalFile(inputPath(number)));
-        before.prepend(readFile(inputPath(number)));
+    QStringList inputs;
+    for (int number = 1; number <= m_count; ++number) {
+        inputs.append(inputPath(number));
+        before.append(readFile(inputPath(number)));
     }
 
     Process window;
     window.show();
     QVERIFY(QTest::qWaitForWindowExposed(&window));
-    dropUrls(window, urls);
-    window.findChild<QLineEdit *>("outputfolderEdit")->setText(m_sandbox.outputFolder());
-    const auto *table = window.findChild<QTableWidget *>();
-    QCOMPARE(table->rowCount(), m_count);
+    const WindowUser user(window);
+    user.drop(inputs);
+    user.folderEdit()->setText(m_sandbox.outputFolder());
+    QCOMPARE(user.table()->rowCount(), m_count);
 
     const qsizetype descriptors = openDescriptors();
     const qint64 memory = residentMemory();
@@ -165,7 +163,7 @@ void TestSoak::oneLongBatch()
     Gaps gaps;
     QElapsedTimer clock;
     clock.start();
-    run(window);
+    run(user);
     engines.stop();
     const double seconds = double(clock.elapsed()) / 1000;
     const double kilobytes = double(residentMemory() - memory) / 1024;
@@ -185,8 +183,8 @@ void TestSoak::oneLongBatch()
 
     QStringList copies;
     for (int number = 1; number <= m_count; ++number) {
-        QCOMPARE(table->item(number - 1, 0)->text(), inputPath(number));
-        const QString verdict = table->item(number - 1, 2)->text();
+        QCOMPARE(user.cell(number - 1, WindowUser::path), inputPath(number));
+        const QString verdict = user.verdict(number - 1);
         QVERIFY2(verdict == expected(number),
                  qPrintable(QString("%1: %2").arg(number).arg(verdict)));
         QCOMPARE(readFile(inputPath(number)), before[number - 1]);

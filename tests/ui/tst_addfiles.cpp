@@ -11,15 +11,6 @@
 #include <QTest>
 #include <QUrl>
 
-namespace {
-
-QUrl local(const QString &path)
-{
-    return QUrl::fromLocalFile(path);
-}
-
-} // namespace
-
 class TestAddFiles : public WindowTest
 {
     Q_OBJECT
@@ -42,9 +33,6 @@ private slots:
     void dropRemembersNoFolder();
     void dropOnTheFolderFieldIsForTheList();
     void earlierSelectionStays();
-
-private:
-    bool drop(const QList<QUrl> &urls) { return dropUrls(*m_window, urls).accepted; }
 };
 
 void TestAddFiles::addAppendsInOrderAndSelectsFirstRow()

@@ -1,6 +1,5 @@
 // What the list shows of its files, sorts, removes and opens.
 
-#include "support/dragdrop.h"
 #include "support/modal.h"
 #include "windowtest.h"
 
@@ -29,11 +28,6 @@ public slots:
     void open(const QUrl &url) { urls.append(url); }
 };
 
-QUrl local(const QString &path)
-{
-    return QUrl::fromLocalFile(path);
-}
-
 } // namespace
 
 class TestFileTable : public WindowTest
@@ -56,9 +50,6 @@ private slots:
     void doubleClickOpensTheFile();
     void clickAndSelectionStartThePreview();
     void manyFiles();
-
-private:
-    bool drop(const QList<QUrl> &urls) { return dropUrls(*m_window, urls).accepted; }
 };
 
 void TestFileTable::sizes_data()

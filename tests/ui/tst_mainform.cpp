@@ -1,5 +1,6 @@
 #include "src/process.h"
 #include "src/secdialog.h"
+#include "support/connections.h"
 #include "support/modal.h"
 #include "support/sandbox.h"
 #include "ui_process.h"
@@ -21,15 +22,6 @@
 #include <memory>
 
 namespace {
-
-// Opens what QObject keeps to its heirs: how many connections a signal has.
-struct Connections : QObject
-{
-    static int count(const QObject *sender, const char *signal)
-    {
-        return (sender->*(&Connections::receivers))(signal);
-    }
-};
 
 bool sameImage(const QIcon &icon, const QString &path)
 {
@@ -388,9 +380,9 @@ void TestMainForm::connections()
     QFETCH(QByteArray, signal);
     QFETCH(QByteArray, slot);
     QObject *object = m_window->findChild<QObject *>(sender);
-    QCOMPARE(Connections::count(object, signal), 1);
+    QCOMPARE(connectionCount(object, signal), 1);
     QVERIFY(QObject::disconnect(object, signal, m_window.get(), slot));
-    QCOMPARE(Connections::count(object, signal), 0);
+    QCOMPARE(connectionCount(object, signal), 0);
 }
 
 void TestMainForm::aboutCanBeSetAgain()

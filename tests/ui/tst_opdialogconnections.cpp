@@ -1,6 +1,7 @@
 // The connections that the options dialog is to have, those without an effect among them.
 
 #include "opdialogtest.h"
+#include "support/connections.h"
 #include "support/options.h"
 
 #include <QComboBox>
@@ -15,16 +16,6 @@
 #include <vector>
 
 namespace {
-
-// A protected function of QObject, opened for counting connections.
-int receiverCount(const QObject *sender, const char *signal)
-{
-    struct Opened : QObject
-    {
-        using QObject::receivers;
-    };
-    return (sender->*&Opened::receivers)(signal);
-}
 
 // The 25 options that are no pages.
 QList<Option> customOptions()
@@ -88,9 +79,9 @@ void TestOpDialogConnections::connections()
     QFETCH(QByteArray, slot);
     const auto *from = m_window->find<QObject>(sender);
     const QObject *to = receiver == "OpDialog" ? m_dialog.get() : m_window->find<QObject>(receiver);
-    const int before = receiverCount(from, signal);
+    const int before = connectionCount(from, signal);
     QVERIFY(QObject::disconnect(from, signal, to, slot));
-    QCOMPARE(receiverCount(from, signal), before - 1);
+    QCOMPARE(connectionCount(from, signal), before - 1);
 }
 
 void TestOpDialogConnections::customConnections_data()
@@ -105,7 +96,7 @@ void TestOpDialogConnections::customConnections()
 {
     QFETCH(QByteArray, signal);
     const auto *control = find<QObject>(QTest::currentDataTag());
-    const auto count = [&] { return receiverCount(control, signal); };
+    const auto count = [&] { return connectionCount(control, signal); };
     const int made = count();
     QVERIFY(QMetaObject::invokeMethod(m_dialog.get(), "allCustomDisconnection"));
     QCOMPARE(count(), made - 1);
@@ -121,7 +112,7 @@ void TestOpDialogConnections::customConnectionsAreCutWhileLoading()
     const auto counts = [this] {
         QList<int> list;
         for (const Option &option : customOptions())
-            list.append(receiverCount(find<QObject>(option.control), option.signal()));
+            list.append(connectionCount(find<QObject>(option.control), option.signal()));
         return list;
     };
     QList<QList<int>> seen;
@@ -156,10 +147,10 @@ void TestOpDialogConnections::customConnectionsStayDuringReset()
         spies.push_back(
             std::make_unique<QSignalSpy>(find<QObject>(option.control), option.signal()));
     const auto *title = find<QLineEdit>("lineEdit_title");
-    const int before = receiverCount(title, SIGNAL(textChanged(QString)));
+    const int before = connectionCount(title, SIGNAL(textChanged(QString)));
     int during = 0;
     const auto watch = connect(title, &QLineEdit::textChanged, this, [&] {
-        during = receiverCount(title, SIGNAL(textChanged(QString)));
+        during = connectionCount(title, SIGNAL(textChanged(QString)));
     });
     m_window->press("pushButton_reset");
     QCOMPARE(during, before + 1); // and this watch

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "src/process.h"
+#include "support/dragdrop.h"
 #include "support/fakeengine.h"
 #include "support/sandbox.h"
 #include "support/windowuser.h"
@@ -22,6 +23,9 @@ protected slots:
 protected:
     /// Lists a new input per name, in this order; gives their paths.
     QStringList list(const QStringList &names) const;
+    /// Drops URLs as they come; true if the window takes them.
+    bool drop(const QList<QUrl> &urls) const { return dropUrls(*m_window, urls).accepted; }
+    static QUrl local(const QString &path) { return QUrl::fromLocalFile(path); }
     /// Presses the run button and waits for the first engine.
     void startFirst() const;
     void awaitStarts(int count) const;

@@ -4,6 +4,7 @@
 #include "pdf/foreign.h"
 #include "samples.h"
 
+#include <cstdio>
 #include <qpdf/QPDFObjectHandle.hh>
 #include <qpdf/QUtil.hh>
 #include <sstream>
@@ -138,13 +139,13 @@ AlbumIndex writeAlbum(QPDF &document, const std::vector<SurveyedImage> &images,
         if (!isInAlbum(treatmentOf(image, options)))
             continue;
         shown.push_back(&image);
-        index.push_back(image.object);
+        index.push_back({image.object, image.dpi});
     }
     if (index.empty())
         return index;
     Album album(document);
     for (std::size_t page = 0; page < shown.size(); ++page)
-        album.add(*shown[page], index[page]);
+        album.add(*shown[page], index[page].object);
     album.write(file);
     return index;
 }
@@ -152,8 +153,11 @@ AlbumIndex writeAlbum(QPDF &document, const std::vector<SurveyedImage> &images,
 std::string linesOf(const AlbumIndex &index)
 {
     std::string lines;
-    for (const int object : index)
-        lines += std::to_string(object) + "\n";
+    for (const AlbumPage &page : index) {
+        char line[64];
+        std::snprintf(line, sizeof line, "%d %.17g\n", page.object, page.dpi);
+        lines += line;
+    }
     return lines;
 }
 
@@ -162,11 +166,13 @@ std::optional<AlbumIndex> albumIndexOf(const std::string &lines)
     AlbumIndex index;
     std::istringstream stream(lines);
     for (std::string line; std::getline(stream, line);) {
-        const bool isNumber = !line.empty() && line.size() < 10 &&
-                              line.find_first_not_of("0123456789") == std::string::npos;
-        if (!isNumber || stream.eof())
+        AlbumPage page;
+        int end = 0;
+        const int read = std::sscanf(line.c_str(), "%d %lf%n", &page.object, &page.dpi, &end);
+        const bool isWhole = !stream.eof() && read == 2 && std::size_t(end) == line.size();
+        if (!isWhole || page.object < 0 || !(page.dpi > 0))
             return {};
-        index.push_back(std::stoi(line));
+        index.push_back(page);
     }
     return index;
 }

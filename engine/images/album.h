@@ -7,9 +7,14 @@
 
 namespace engine {
 
-/// The numbers of the objects whose images the album's pages show, in their order; 0 for a page
-/// whose image could not be read.
-using AlbumIndex = std::vector<int>;
+struct AlbumPage
+{
+    int object = 0; ///< number of the image that it shows; 0: it could not be read
+    double dpi = 0; ///< at which it shows it
+};
+
+/// What the album's pages show, in their order.
+using AlbumIndex = std::vector<AlbumPage>;
 
 /// Writes a document that shows every image for Ghostscript to make smaller, or to take off, on a
 /// page of its own, as large as it is shown at most. Its samples have no meaning there but gray,

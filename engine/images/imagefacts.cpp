@@ -2,6 +2,7 @@
 
 #include "formats/jpegheader.h"
 #include "pdf/streams.h"
+#include "samples.h"
 
 #include <algorithm>
 
@@ -75,16 +76,15 @@ LeftAlone reasonOfFilters(QPDFObjectHandle image, ImageFacts &facts)
     facts.generic = isGeneric(filters);
     if (facts.generic)
         return LeftAlone::No;
-    if (filters.size() > 1)
+    if (!isGeneric({filters.begin(), filters.end() - 1}))
         return LeftAlone::ChainedFilters;
-    if (filters.front() == "/JPXDecode")
-        return LeftAlone::Jpeg2000;
-    if (isOneOf(filters.front(), {"/CCITTFaxDecode", "/JBIG2Decode"}))
+    if (isOneOf(filters.back(), {"/CCITTFaxDecode", "/JBIG2Decode"}))
         return facts.bits == 1 && facts.components == 1 ? LeftAlone::No : LeftAlone::Filter;
-    facts.jpeg = filters.front() == "/DCTDecode";
+    facts.jpeg = filters.back() == "/DCTDecode";
     if (!facts.jpeg || facts.bits != 8 || facts.indexed)
         return LeftAlone::Filter;
-    const auto header = jpegHeaderOf(rawBytesOf(image));
+    const auto bytes = bytesForLastFilter(image);
+    const auto header = bytes ? jpegHeaderOf(*bytes) : std::nullopt;
     const bool fits = header && header->width == facts.width && header->height == facts.height &&
                       header->components == facts.components && header->bits == 8;
     return fits ? LeftAlone::No : LeftAlone::Damaged;

@@ -1,6 +1,9 @@
 #include "samples.h"
 
+#include "pdf/foreign.h"
 #include "pdf/streams.h"
+
+#include <algorithm>
 
 namespace engine {
 
@@ -75,7 +78,31 @@ std::string scaled(const Unpacker &unpacker, const ImageFacts &facts, std::size_
     return samples;
 }
 
+// All items but the last.
+QPDFObjectHandle beforeLast(QPDF &document, QPDFObjectHandle array)
+{
+    if (!array.isArray())
+        return QPDFObjectHandle::newNull();
+    QPDFObjectHandle result = QPDFObjectHandle::newArray();
+    for (int index = 0; index + 1 < array.getArrayNItems(); ++index)
+        result.appendItem(broughtInto(document, array.getArrayItem(index)));
+    return result;
+}
+
 } // namespace
+
+std::optional<std::string> bytesForLastFilter(QPDFObjectHandle stream)
+{
+    if (filtersOf(stream).size() < 2)
+        return rawBytesOf(stream);
+    QPDF scratch;
+    scratch.emptyPDF();
+    QPDFObjectHandle packed = QPDFObjectHandle::newStream(&scratch);
+    packed.replaceStreamData(rawBytesOf(stream),
+                             beforeLast(scratch, stream.getDict().getKey("/Filter")),
+                             beforeLast(scratch, stream.getDict().getKey("/DecodeParms")));
+    return decodedBytesOf(packed);
+}
 
 std::optional<std::string> plainSamplesOf(QPDFObjectHandle image, const ImageFacts &facts)
 {

@@ -11,4 +11,8 @@ namespace engine {
 /// the index; nothing if it has filters that are not generic, or is damaged, or too large.
 std::optional<std::string> plainSamplesOf(QPDFObjectHandle image, const ImageFacts &facts);
 
+/// The bytes of a stream without all of its filters but the last, if those are generic; nothing if
+/// one is not, or is damaged.
+std::optional<std::string> bytesForLastFilter(QPDFObjectHandle stream);
+
 } // namespace engine

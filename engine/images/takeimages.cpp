@@ -11,6 +11,8 @@ namespace engine {
 
 namespace {
 
+constexpr double sameSize = 1.001;
+
 // Null unless the page shows one image and nothing else.
 QPDFObjectHandle onlyImageOf(QPDFObjectHandle page)
 {
@@ -25,16 +27,22 @@ QPDFObjectHandle onlyImageOf(QPDFObjectHandle page)
                : QPDFObjectHandle::newNull();
 }
 
-// By the number of the image that each stands for.
-std::map<int, QPDFObjectHandle> writtenImages(QPDF *album, const AlbumIndex &index)
+struct WrittenImage
 {
-    std::map<int, QPDFObjectHandle> images;
+    QPDFObjectHandle image;
+    double dpi; ///< at which its page showed it
+};
+
+// By the number of the image that each stands for.
+std::map<int, WrittenImage> writtenImages(QPDF *album, const AlbumIndex &index)
+{
+    std::map<int, WrittenImage> images;
     if (!album || album->getAllPages().size() != index.size())
         return images;
     for (std::size_t page = 0; page < index.size(); ++page) {
         QPDFObjectHandle image = onlyImageOf(album->getAllPages()[page]);
-        if (!image.isNull() && index[page] > 0)
-            images.emplace(index[page], image);
+        if (!image.isNull() && index[page].object > 0)
+            images.emplace(index[page].object, WrittenImage{image, index[page].dpi});
     }
     return images;
 }
@@ -77,12 +85,13 @@ private:
         case Treatment::Pixels:
             break;
         }
+        // Shown larger now than it was, because another became one with it, it would be blurred.
         const auto written = m_written.find(image.object);
-        if (written == m_written.end())
+        if (written == m_written.end() || written->second.dpi > image.dpi * sameSize)
             return {};
         if (treatmentOf(image, m_options) == Treatment::Pixels)
-            return fromPixels(pixelsFromAlbum(written->second, image.facts), image.dpi);
-        return smallerFromAlbum(written->second, image.facts);
+            return fromPixels(pixelsFromAlbum(written->second.image, image.facts), image.dpi);
+        return smallerFromAlbum(written->second.image, image.facts);
     }
 
     static std::optional<Bitmap> ownPixels(const QPDFObjectHandle &object, const ImageFacts &facts)
@@ -115,7 +124,7 @@ private:
     }
 
     QPDF &m_document;
-    std::map<int, QPDFObjectHandle> m_written;
+    std::map<int, WrittenImage> m_written;
     const ImageOptions &m_options;
     TakenImages m_taken;
 };

@@ -70,6 +70,25 @@ LeftAlone readSpace(QPDFObjectHandle space, ImageFacts &facts)
     return facts.components == 0 || isTint ? LeftAlone::ColourSpace : LeftAlone::No;
 }
 
+bool hasColourTransform(QPDFObjectHandle parameters)
+{
+    if (parameters.isArray() && parameters.getArrayNItems() > 0)
+        parameters = parameters.getArrayItem(parameters.getArrayNItems() - 1);
+    return parameters.isDictionary() && parameters.hasKey("/ColorTransform");
+}
+
+LeftAlone reasonOfJpeg(QPDFObjectHandle image, const ImageFacts &facts)
+{
+    const auto bytes = bytesForLastFilter(image);
+    const auto header = bytes ? jpegHeaderOf(*bytes) : std::nullopt;
+    const bool fits = header && header->width == facts.width && header->height == facts.height &&
+                      header->components == facts.components && header->bits == 8;
+    if (!fits)
+        return LeftAlone::Damaged;
+    return hasColourTransform(image.getDict().getKey("/DecodeParms")) ? LeftAlone::ColourTransform
+                                                                      : LeftAlone::No;
+}
+
 LeftAlone reasonOfFilters(QPDFObjectHandle image, ImageFacts &facts)
 {
     const auto filters = filtersOf(image);
@@ -83,11 +102,7 @@ LeftAlone reasonOfFilters(QPDFObjectHandle image, ImageFacts &facts)
     facts.jpeg = filters.back() == "/DCTDecode";
     if (!facts.jpeg || facts.bits != 8 || facts.indexed)
         return LeftAlone::Filter;
-    const auto bytes = bytesForLastFilter(image);
-    const auto header = bytes ? jpegHeaderOf(*bytes) : std::nullopt;
-    const bool fits = header && header->width == facts.width && header->height == facts.height &&
-                      header->components == facts.components && header->bits == 8;
-    return fits ? LeftAlone::No : LeftAlone::Damaged;
+    return reasonOfJpeg(image, facts);
 }
 
 LeftAlone reasonOfEntries(QPDFObjectHandle dictionary, const ImageFacts &facts)

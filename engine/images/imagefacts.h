@@ -23,14 +23,15 @@ enum class LeftAlone {
     ColourSpace, ///< Lab, DeviceN, Pattern, or one that nobody knows: samples can't be mixed
     Decode,      ///< of indexed colours
     Jpeg2000,
-    ChainedFilters, ///< of which one is not for bytes of any kind
-    Filter,         ///< one that nobody knows, or that is not for such samples
-    NotFound,       ///< by the walk through what is shown
-    Unclear,        ///< in the resources of what could not be read, or shown at an unknown place
-    NotShown,       ///< by default
-    ShownSmall,     ///< below three points
-    ShownLarge,     ///< beyond what a page can be
-    OfTwoKinds      ///< both an image and another's soft mask
+    ColourTransform, ///< said beside a JPEG: Ghostscript 10.00 passes over it
+    ChainedFilters,  ///< of which one is not for bytes of any kind
+    Filter,          ///< one that nobody knows, or that is not for such samples
+    NotFound,        ///< by the walk through what is shown
+    Unclear,         ///< in the resources of what could not be read, or shown at an unknown place
+    NotShown,        ///< by default
+    ShownSmall,      ///< below three points
+    ShownLarge,      ///< beyond what a page can be
+    OfTwoKinds       ///< both an image and another's soft mask
 };
 
 /// What an image's own entries say.

@@ -23,9 +23,10 @@ using Words = std::vector<std::string>;
 const char *nameOf(LeftAlone reason)
 {
     static constexpr const char *names[] = {
-        "-",       "damaged", "colour key", "matte", "soft mask inside", "alternates",
-        "space",   "decode",  "JPEG 2000",  "chain", "filter",           "not found",
-        "unclear", "unshown", "small",      "large", "two kinds",
+        "-",          "damaged", "colour key", "matte",     "soft mask inside",
+        "alternates", "space",   "decode",     "JPEG 2000", "transform",
+        "chain",      "filter",  "not found",  "unclear",   "unshown",
+        "small",      "large",   "two kinds",
     };
     return names[int(reason)];
 }

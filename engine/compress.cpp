@@ -3,14 +3,11 @@
 #include "files/draft.h"
 #include "files/output.h"
 #include "files/privatefolder.h"
-#include "ghostscript/messages.h"
-#include "process/channels.h"
 #include "process/child.h"
 #include "process/signals.h"
-#include "stages/copy.h"
-#include "stages/rewriting.h"
+#include "stages/keepdocument.h"
+#include "stages/rewritedocument.h"
 #include "system/failure.h"
-#include "system/filesize.h"
 #include "system/platform.h"
 
 #include <fcntl.h>
@@ -43,6 +40,13 @@ Descriptor scratchFile(const Output &output, const PrivateFolder &privateFolder)
     return file;
 }
 
+// A document that libqpdf can't open may still be one that Ghostscript makes out.
+void makeCopy(const Run &run)
+{
+    if (run.request.options.pdfa || !keepDocument(run))
+        rewriteDocument(run);
+}
+
 } // namespace
 
 void compress(const Request &request, const Settings &settings)
@@ -53,18 +57,18 @@ void compress(const Request &request, const Settings &settings)
     Output output(request.output);
     const PrivateFolder privateFolder;
     Draft draft(output, privateFolder);
-
-    const Descriptor scratch = scratchFile(output, privateFolder);
-    const RunFiles files = {document.get(), mark.get(), scratch.get(), draft.file()};
-    ChildTask task = rewritingTask(request, files, settings, privateFolder.workFolder());
-    task.warning = ghostscriptWarning;
-    task.writeError = ghostscriptWriteError;
-    task.written = [&] { return sizeOf(scratch.get()) + privateFolder.workSize(); };
-    task.mostWritten = settings.limits.outputFor(sizeOf(document.get()));
-    task.disks = {scratch.get(), privateFolder.descriptor()};
-    const ChildResult result = run(std::move(task), settings.limits);
-    expectSuccess(result);
-    finish(request, files, result, settings.limits);
+    Children children(settings.limits);
+    const Run run = {
+        .request = request,
+        .settings = settings,
+        .folder = privateFolder,
+        .children = children,
+        .document = document.get(),
+        .mark = mark.get(),
+        .draft = draft.file(),
+        .newFile = [&] { return scratchFile(output, privateFolder); },
+    };
+    makeCopy(run);
     if (signals::endRequest() != 0)
         throw Failure("ended by a signal", 128 + signals::endRequest());
     draft.publish(output);

@@ -23,16 +23,6 @@ bool isEncryption(const std::string &word)
            word.starts_with(permissionsSwitch);
 }
 
-// The copy is encrypted when it is complete, so no password goes to Ghostscript. It doesn't know how
-// to write JBIG2 (seen in 10.00); what it writes without loss is encoded anew later.
-Words writableSwitches(Words words)
-{
-    std::erase_if(words, isEncryption);
-    std::replace(words.begin(), words.end(), std::string(jbig2Switch),
-                 std::string("-dMonoImageFilter=/CCITTFaxEncode"));
-    return words;
-}
-
 // Ghostscript writes a blank page, and is content, when it could not make out a document at all.
 // Only the device knows how many pages it was really given.
 Words pageReport()
@@ -44,6 +34,16 @@ Words pageReport()
 }
 
 } // namespace
+
+// The copy is encrypted when it is complete, so no password goes to Ghostscript. It doesn't know
+// how to write JBIG2 (seen in 10.00); what it writes without loss is encoded anew later.
+Words writableSwitches(Words words)
+{
+    std::erase_if(words, isEncryption);
+    std::replace(words.begin(), words.end(), std::string(jbig2Switch),
+                 std::string("-dMonoImageFilter=/CCITTFaxEncode"));
+    return words;
+}
 
 Words rewritingArguments(const Request &request)
 {
@@ -58,6 +58,18 @@ Words rewritingArguments(const Request &request)
     append(words, {"-f", nameOf(documentChannel)});
     if (!request.mark.empty())
         words.push_back(nameOf(markChannel));
+    append(words, pageReport());
+    return words;
+}
+
+Words albumArguments(Words words, bool hasAlbum, bool hasMark)
+{
+    append(words, {"--permit-file-write=" + nameOf(reportChannel),
+                   std::string(outputSwitch) + nameOf(draftChannel)});
+    if (hasAlbum)
+        append(words, {"-f", nameOf(documentChannel)});
+    if (hasMark)
+        append(words, {"-f", nameOf(markChannel)});
     append(words, pageReport());
     return words;
 }

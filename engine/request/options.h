@@ -14,6 +14,12 @@ struct CopyOptions
     bool smoothBilevel = false;
 
     bool compressedFonts = true;
+
+    /// Font programs keep the glyphs only that are shown.
+    bool subsetFonts = false;
+
+    /// The programs of the standard fourteen fonts are left out.
+    bool leaveOutStandard14 = false;
 };
 
 } // namespace engine

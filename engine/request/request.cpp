@@ -103,6 +103,8 @@ CopyOptions optionsOf(const Line &line)
     options.smoothBilevel =
         has(line.switches, averageMonoSwitch) || has(line.switches, bicubicMonoSwitch);
     options.compressedFonts = !has(line.switches, plainFontsSwitch);
+    options.subsetFonts = has(line.switches, subsetFontsSwitch);
+    options.leaveOutStandard14 = has(line.switches, noStandardFontsSwitch);
     return options;
 }
 

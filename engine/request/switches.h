@@ -12,6 +12,8 @@ inline constexpr std::string_view ownerPasswordSwitch = "-sOwnerPassword=";
 inline constexpr std::string_view permissionsSwitch = "-dPermissions=";
 inline constexpr std::string_view pdfaSwitch = "-dPDFA";
 inline constexpr std::string_view plainFontsSwitch = "-dCompressFonts=false";
+inline constexpr std::string_view subsetFontsSwitch = "-dSubsetFonts=true";
+inline constexpr std::string_view noStandardFontsSwitch = "-dEmbedAllFonts=false";
 inline constexpr std::string_view anyMonoFilterSwitch = "-dAutoFilterMonoImages=true";
 inline constexpr std::string_view averageMonoSwitch = "-dMonoImageDownsampleType=/Average";
 inline constexpr std::string_view bicubicMonoSwitch = "-dMonoImageDownsampleType=/Bicubic";

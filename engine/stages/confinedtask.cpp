@@ -6,9 +6,9 @@
 #include "process/signals.h"
 #include "system/failure.h"
 #include "system/filesize.h"
+#include "system/writing.h"
 
 #include <algorithm>
-#include <cstdio>
 
 namespace engine {
 
@@ -43,7 +43,7 @@ int workConfined(const ConfinedFiles &files, const Limits &limits,
     policy.writableDescriptors = channelsOf(files.writable);
     confine(policy);
     limitOwnMemory(limits.memory);
-    dprintf(reportChannel, "%s", answerTo(work).c_str());
+    writeAll(reportChannel, answerTo(work));
     return 0;
 }
 
@@ -73,17 +73,33 @@ ChildTask confinedTask(const ConfinedFiles &files, std::uintmax_t documentSize,
     return task;
 }
 
-Facts answerOf(const ChildResult &result, const std::string &document)
+std::string objectionIn(const ChildResult &result, const std::string &document)
 {
     if (result.interrupted)
         throw Failure("ended by a signal", 128 + signals::endRequest());
     const std::string &report = result.report;
-    if (!report.empty() && report.front() == objection)
-        throw Failure(document + ": " + report.substr(1));
-    const auto answer = !report.empty() ? factsOf(report.substr(1)) : std::nullopt;
-    if (!result.violation.empty() || result.signal != 0 || result.status != 0 || !answer)
+    if (!result.violation.empty() || result.signal != 0 || result.status != 0 || report.empty())
+        throw Failure(document + ": the document breaks whoever reads it");
+    return report.front() == objection ? report.substr(1) : std::string();
+}
+
+Facts answerOf(const ChildResult &result, const std::string &document)
+{
+    const std::string reason = objectionIn(result, document);
+    const auto answer = factsOf(result.report.substr(1));
+    if (!reason.empty())
+        throw Failure(document + ": " + reason);
+    if (!answer)
         throw Failure(document + ": the document breaks whoever reads it");
     return *answer;
+}
+
+std::uintmax_t sizeIn(const Facts &facts, int file)
+{
+    const auto size = std::uintmax_t(valueOf(facts, "size"));
+    if (size == 0 || size != sizeOf(file))
+        throw Failure("not every byte of the copy got to the disk");
+    return size;
 }
 
 } // namespace engine

@@ -27,4 +27,12 @@ ChildTask confinedTask(const ConfinedFiles &files, std::uintmax_t documentSize,
 /// something to object, or did not end well.
 Facts answerOf(const ChildResult &result, const std::string &document);
 
+/// Why the document can't be read, as the child says; empty if it has nothing to object. Throws a
+/// Failure if it did not end well.
+std::string objectionIn(const ChildResult &result, const std::string &document);
+
+/// The size that the facts tell of a file that the child wrote. Throws a Failure if the file has
+/// another.
+std::uintmax_t sizeIn(const Facts &facts, int file);
+
 } // namespace engine

@@ -35,6 +35,9 @@ void execute(int program, const std::string &path, char *const argv[]);
 /// The files that the system opens for execution when it starts the program.
 std::vector<std::string> loadersOf(int program);
 
+/// The processors that this process may use; at least 1.
+int usableProcessors();
+
 /// Closes the descriptors from first to last.
 void closeRange(int first, int last);
 

@@ -1,10 +1,12 @@
 #include "platform.h"
 
+#include <algorithm>
 #include <csignal>
 #include <ctime>
 #include <elf.h>
 #include <fcntl.h>
 #include <link.h>
+#include <sched.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/syscall.h>
@@ -75,6 +77,15 @@ std::vector<std::string> loadersOf(int program)
             return {name};
     }
     return {};
+}
+
+int usableProcessors()
+{
+    cpu_set_t processors;
+    CPU_ZERO(&processors);
+    return sched_getaffinity(0, sizeof processors, &processors) == 0
+               ? std::max(1, CPU_COUNT(&processors))
+               : 1;
 }
 
 void closeRange(int first, int last)

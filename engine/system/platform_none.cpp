@@ -46,6 +46,11 @@ std::vector<std::string> loadersOf(int)
     return {};
 }
 
+int usableProcessors()
+{
+    return std::max(1, int(sysconf(_SC_NPROCESSORS_ONLN)));
+}
+
 void closeRange(int first, int last)
 {
     const auto end = std::min(last, int(sysconf(_SC_OPEN_MAX)));

@@ -1,0 +1,154 @@
+#include "keptdocument.h"
+
+#include "fonts/embeddedprograms.h"
+#include "images/album.h"
+#include "images/takeimages.h"
+#include "lossless/claim.h"
+#include "lossless/objectstreams.h"
+#include "mark.h"
+#include "pdf/copywriter.h"
+#include "pdf/document.h"
+#include "pdf/pageboxes.h"
+#include "signature.h"
+#include "system/wholefile.h"
+
+#include <algorithm>
+#include <memory>
+
+namespace engine {
+
+namespace {
+
+std::unique_ptr<Document> opened(int file)
+{
+    auto document = std::make_unique<Document>(file, Trust::Foreign);
+    document->repair();
+    return document;
+}
+
+// Without an album there are still images that are made smaller here.
+TakenImages imagesTaken(QPDF &document, const DraftOrder &order)
+{
+    const auto index = albumIndexOf(contentOf(order.index));
+    if (!index)
+        throw std::runtime_error("the index of the album is damaged");
+    std::unique_ptr<Document> album;
+    if (order.album >= 0)
+        album = std::make_unique<Document>(order.album, Trust::Own);
+    return takeImages(document, album ? &album->pdf() : nullptr, *index, order.images,
+                      order.excluded);
+}
+
+int objectsIn(const std::vector<TouchedPart> &parts)
+{
+    std::set<int> objects;
+    for (const TouchedPart &part : parts)
+        objects.insert(part.object);
+    return int(objects.size());
+}
+
+// Of a part that nobody can leave out: the whole page has to look the same.
+std::vector<TouchedPart> wholePages(QPDF &document)
+{
+    std::vector<TouchedPart> parts;
+    for (const PageView &view : pageViewsOf(document))
+        parts.push_back({.kind = PartKind::Font,
+                         .object = everything,
+                         .page = view.page,
+                         .left = view.crop.left,
+                         .bottom = view.crop.bottom,
+                         .right = view.crop.right,
+                         .top = view.crop.top});
+    return parts;
+}
+
+std::vector<TouchedPart> partsOf(const std::vector<SurveyedImage> &images,
+                                 const ImageOptions &options)
+{
+    std::vector<TouchedPart> parts;
+    for (const SurveyedImage &image : images) {
+        if (treatmentOf(image, options) != Treatment::None)
+            parts.insert(parts.end(), image.parts.begin(), image.parts.end());
+    }
+    return parts;
+}
+
+ObjectStreamFacts objectStreamFacts(Document &document, const LosslessOptions &options)
+{
+    return {.version = document.pdf().getPDFVersion(),
+            .present = document.hasObjectStreams(),
+            .standard = options.standard};
+}
+
+// Written again without them where that is quick, because few objects don't pay for a stream.
+std::uintmax_t writeSmallest(QPDF &document, const DraftOrder &order, WriteOptions options)
+{
+    constexpr std::uintmax_t quick = std::uintmax_t(1) << 18;
+    const std::uintmax_t size = writeCopy(document, order.draft, options);
+    if (!options.newObjectStreams || size > quick)
+        return size;
+    options.newObjectStreams = false;
+    const std::uintmax_t without = writeCopy(document, order.draft, options);
+    if (without <= size)
+        return without;
+    options.newObjectStreams = true;
+    return writeCopy(document, order.draft, options);
+}
+
+} // namespace
+
+SurveyReport surveyDocument(const SurveyOrder &order)
+{
+    const auto document = opened(order.document);
+    QPDF &pdf = document->pdf();
+    const auto images = order.images.any ? surveyImages(pdf) : std::vector<SurveyedImage>();
+    const AlbumIndex album = writeAlbum(pdf, images, order.images, order.album);
+    setContent(order.index, linesOf(album));
+    setContent(order.views, linesOf(pageViewsOf(pdf)));
+    // Where all is read anew, and where fonts change, every page may look otherwise.
+    const bool everywhere = !document->isSound() || (order.fonts && !embeddedPrograms(pdf).empty());
+    setContent(order.parts, linesOf(everywhere ? wholePages(pdf) : partsOf(images, order.images)));
+    return {.pages = document->pages(),
+            .albumPages = int(album.size()),
+            .damaged = !document->isSound(),
+            .isSigned = isSigned(pdf)};
+}
+
+DraftReport makeDraft(const DraftOrder &order)
+{
+    const auto document = opened(order.document);
+    QPDF &pdf = document->pdf();
+    LosslessOptions lossless = order.lossless;
+    lossless.standard = claimedStandard(pdf);
+    WriteOptions writing;
+    writing.newObjectStreams = mayHaveObjectStreams(objectStreamFacts(*document, lossless));
+    writing.leastSize = order.leastSize;
+
+    DraftReport report;
+    if (order.withPieces)
+        applyPieces(pdf, lossless, Stage::BeforeParts);
+    std::vector<TouchedPart> touched;
+    if (order.withParts) {
+        const TakenImages images = imagesTaken(pdf, order);
+        if (images.jbig2)
+            writing.leastVersion = "1.4";
+        const FontResult fonts = shrinkFonts(pdf, order.fonts, order.excluded);
+        report.images = objectsIn(images.touched);
+        report.fonts = objectsIn(fonts.touched);
+        touched = images.touched;
+        touched.insert(touched.end(), fonts.touched.begin(), fonts.touched.end());
+    }
+    if (order.withPieces)
+        applyPieces(pdf, lossless, Stage::AfterParts);
+    report.described = applyChanges(pdf, order.description);
+    report.damaged = !document->isSound();
+    if (report.damaged) {
+        const auto pages = wholePages(pdf);
+        touched.insert(touched.end(), pages.begin(), pages.end());
+    }
+    setContent(order.touched, linesOf(touched));
+    report.size = writeSmallest(pdf, order, writing);
+    return report;
+}
+
+} // namespace engine

@@ -1,0 +1,119 @@
+#include "rewriting.h"
+
+#include "images/bilevelimages.h"
+#include "lossless/pieces.h"
+#include "pdf/description.h"
+#include "pdf/document.h"
+#include "pdfa/judgement.h"
+#include "pdfa/links.h"
+#include "pdfa/losses.h"
+#include "pdfa/rules.h"
+#include "pdfa/texts.h"
+#include "pdfa/viewing.h"
+
+#include <memory>
+#include <stdexcept>
+
+namespace engine {
+
+namespace {
+
+void object(const std::string &reason)
+{
+    if (!reason.empty())
+        throw std::runtime_error(reason);
+}
+
+void objectToPdfa(const std::string &reason)
+{
+    if (!reason.empty())
+        object("it can't become PDF/A-1b: " + reason);
+}
+
+std::unique_ptr<Document> opened(int file, Trust trust)
+{
+    try {
+        auto document = std::make_unique<Document>(file, trust);
+        if (trust == Trust::Foreign)
+            document->repair();
+        return document;
+    } catch (const std::exception &) {
+        return nullptr;
+    }
+}
+
+std::optional<int> pagesOf(const std::unique_ptr<Document> &document)
+{
+    return document ? std::optional(document->pages()) : std::nullopt;
+}
+
+// What can be known before anything is repaired.
+void judgeOriginal(QPDF &original)
+{
+    if (needsForeignFonts(original))
+        objectToPdfa("it does not bring its fonts along");
+    if (attachmentsOf(original) > 0)
+        objectToPdfa("it has an attachment");
+    if (const std::string feature = unsupportedFeature(original); !feature.empty())
+        objectToPdfa("it has " + feature);
+}
+
+// Printable links are what PDF/A wants. Letters that can't be repaired are lost.
+void repair(QPDF &copy, QPDF &original)
+{
+    restoreViewing(copy, original);
+    restoreOwnEntries(copy, original);
+    restoreLinks(copy, original, true);
+    if (!restoreToUnicode(copy, original))
+        objectToPdfa("letters would be lost");
+}
+
+void judgeCopy(QPDF &copy, QPDF &original)
+{
+    if (linksOf(copy) < linksOf(original) || misleadsLinks(copy, original))
+        objectToPdfa("links would be lost, or lead elsewhere");
+    if (losesText(original, copy))
+        objectToPdfa("text would be lost");
+}
+
+// Form fields become drawings, which is what an archive keeps of them.
+void makePdfa(QPDF &copy, QPDF *original, const RewritingOrder &order)
+{
+    object(claimObjection(copy));
+    if (original)
+        judgeOriginal(*original);
+    settlePdfa(copy);
+    if (original) {
+        repair(copy, *original);
+        judgeCopy(copy, *original);
+    }
+    restoreTexts(copy, order.marked, original);
+    if (const std::string rule = brokenPdfaRule(copy); !rule.empty())
+        objectToPdfa("it would have " + rule);
+}
+
+} // namespace
+
+std::uintmax_t writeRewriting(const RewritingOrder &order)
+{
+    const auto document = opened(order.document, Trust::Foreign);
+    const auto rewriting = opened(order.rewriting, Trust::Own);
+    object(objectionTo({order.pagesWritten, pagesOf(document), pagesOf(rewriting), order.warned}));
+    QPDF &copy = rewriting->pdf();
+    QPDF *original = document ? &document->pdf() : nullptr;
+    markProducer(copy, order.marked);
+    if (order.pdfa)
+        makePdfa(copy, original, order);
+    shrinkBilevelImages(copy, original, order.smallestBilevel);
+    applyPieces(copy,
+                {.standard = order.pdfa ? std::optional<std::string>("PDF/A-1") : std::nullopt,
+                 .compressFonts = order.compressFonts},
+                Stage::AfterParts);
+    settleDescription(copy, order.pdfa);
+    WriteOptions options;
+    options.encryption = order.encryption;
+    options.leastSize = order.leastSize;
+    return writeCopy(copy, order.copy, options);
+}
+
+} // namespace engine

@@ -1,0 +1,122 @@
+#include "albumstage.h"
+
+#include "confinedtask.h"
+#include "ghostscript/arguments.h"
+#include "ghostscriptrun.h"
+#include "pdf/touched.h"
+#include "process/channels.h"
+#include "system/failure.h"
+#include "system/filesize.h"
+#include "system/wholefile.h"
+
+namespace engine {
+
+namespace {
+
+Facts factsOf(const SurveyReport &report)
+{
+    return {{"pages", report.pages},
+            {"album", report.albumPages},
+            {"damaged", report.damaged},
+            {"signed", report.isSigned}};
+}
+
+SurveyReport reportOf(const Facts &facts)
+{
+    return {.pages = int(valueOf(facts, "pages")),
+            .albumPages = int(valueOf(facts, "album")),
+            .damaged = valueOf(facts, "damaged") != 0,
+            .isSigned = valueOf(facts, "signed") != 0};
+}
+
+bool endedWell(const ChildResult &result)
+{
+    return !result.interrupted && result.violation.empty() && result.signal == 0 &&
+           result.status == 0;
+}
+
+} // namespace
+
+AlbumStage::AlbumStage(const Run &run)
+    : m_run(run)
+    , m_album(run.newFile())
+    , m_index(run.newFile())
+    , m_views(run.newFile())
+    , m_parts(run.newFile())
+    , m_output(run.newFile())
+{
+}
+
+std::string AlbumStage::survey()
+{
+    const ConfinedFiles files = {
+        .readable = {{documentChannel, m_run.document}},
+        .writable = {{draftChannel, m_album.get()},
+                     {indexChannel, m_index.get()},
+                     {viewsChannel, m_views.get()},
+                     {touchedChannel, m_parts.get()}},
+    };
+    const SurveyOrder order = {
+        .document = documentChannel,
+        .album = draftChannel,
+        .index = indexChannel,
+        .views = viewsChannel,
+        .parts = touchedChannel,
+        .images = imageOptionsOf(m_run.request.switches),
+        .fonts = m_run.request.options.subsetFonts,
+    };
+    const auto work = [order] { return factsOf(surveyDocument(order)); };
+    const auto number = m_run.children.start(
+        confinedTask(files, sizeOf(m_run.document), m_run.settings.limits, work));
+    const ChildResult result = m_run.children.wait(number);
+    const std::string objection = objectionIn(result, m_run.request.input);
+    if (objection.empty())
+        m_report = reportOf(answerOf(result, m_run.request.input));
+    return objection;
+}
+
+std::vector<PageView> AlbumStage::views() const
+{
+    const auto views = viewsOf(contentOf(m_views.get()));
+    if (!views)
+        throw Failure(m_run.request.input + ": the document breaks whoever reads it");
+    return *views;
+}
+
+std::set<int> AlbumStage::pagesToProve() const
+{
+    const auto parts = partsOf(contentOf(m_parts.get()));
+    if (!parts)
+        throw Failure(m_run.request.input + ": the document breaks whoever reads it");
+    std::set<int> pages;
+    for (const TouchedPart &part : *parts)
+        pages.insert(part.page);
+    return pages;
+}
+
+std::size_t AlbumStage::startGhostscript(bool withAlbum)
+{
+    const GhostscriptFiles files = {
+        .document = withAlbum ? m_album.get() : -1, .mark = m_run.mark, .output = m_output.get()};
+    const auto words = albumWords(writableSwitches(m_run.request.switches));
+    return m_run.children.start(
+        ghostscriptTask(albumArguments(words, withAlbum, m_run.mark >= 0), files, m_run));
+}
+
+void AlbumStage::start()
+{
+    m_ghostscript = startGhostscript(m_report.albumPages > 0);
+}
+
+void AlbumStage::finish()
+{
+    const ChildResult result = m_run.children.wait(m_ghostscript);
+    m_isUsable = m_report.albumPages > 0 && endedWell(result) && !result.warned &&
+                 pagesWritten(result) == m_report.albumPages;
+    if (result.interrupted || m_report.albumPages == 0)
+        expectSuccess(result);
+    else if (!m_isUsable)
+        expectSuccess(m_run.children.wait(startGhostscript(false)));
+}
+
+} // namespace engine

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "candidates/keptdocument.h"
+#include "pdf/pageview.h"
+#include "run.h"
+
+#include <set>
+#include <vector>
+
+namespace engine {
+
+/// The images of the document on an album, and what Ghostscript makes of it and of the document
+/// information mark, whose values it refuses or not.
+class AlbumStage
+{
+public:
+    explicit AlbumStage(const Run &run);
+
+    /// Looks into the document. Returns why libqpdf can't open it; empty if it can.
+    std::string survey();
+
+    /// Starts Ghostscript and does not wait.
+    void start();
+
+    /// Waits for it. Throws a Failure if it refuses the mark or another value of the line. An album
+    /// that it can't make out costs the images, not the copy.
+    void finish();
+
+    [[nodiscard]] const SurveyReport &report() const { return m_report; }
+
+    /// The index of the album.
+    [[nodiscard]] int index() const { return m_index.get(); }
+
+    /// How a reader shows the pages of the document, and those on which something may change. Throw
+    /// a Failure if the survey did not end well.
+    [[nodiscard]] std::vector<PageView> views() const;
+    [[nodiscard]] std::set<int> pagesToProve() const;
+
+    /// What Ghostscript made of it; -1: there is none.
+    [[nodiscard]] int output() const { return m_isUsable ? m_output.get() : -1; }
+
+private:
+    std::size_t startGhostscript(bool withAlbum);
+
+    const Run &m_run;
+    Descriptor m_album;
+    Descriptor m_index;
+    Descriptor m_views;
+    Descriptor m_parts;
+    Descriptor m_output;
+    SurveyReport m_report;
+    std::size_t m_ghostscript = 0;
+    bool m_isUsable = false;
+};
+
+} // namespace engine

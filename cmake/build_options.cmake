@@ -2,6 +2,7 @@
 # The presets turn warnings into errors; a distributor's plain build doesn't.
 
 option(CORVANE_SANITIZE "Build with the address and undefined behaviour sanitizers" OFF)
+option(CORVANE_FUZZ "Build the engine's parsers for clang's libFuzzer, with the sanitizers" OFF)
 
 add_library(corvane_build_options INTERFACE)
 target_compile_features(corvane_build_options INTERFACE cxx_std_20)
@@ -30,6 +31,13 @@ if(CORVANE_SANITIZE)
     target_compile_options(corvane_build_options INTERFACE
         -fsanitize=address,undefined
         -fno-sanitize-recover=all   # an undefined behaviour ends the test, not just a line of log
+        -fno-omit-frame-pointer)
+    target_link_options(corvane_build_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+if(CORVANE_FUZZ)
+    target_compile_options(corvane_build_options INTERFACE
+        -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all
         -fno-omit-frame-pointer)
     target_link_options(corvane_build_options INTERFACE -fsanitize=address,undefined)
 endif()

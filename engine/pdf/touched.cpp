@@ -23,19 +23,18 @@ bool isSensible(const TouchedPart &part)
            std::isfinite(part.bottom) && std::isfinite(part.right) && std::isfinite(part.top);
 }
 
+// Held against its own writing, which only one spelling passes: sscanf says nothing of numbers that
+// are too large.
 std::optional<TouchedPart> partOf(const std::string &line)
 {
     TouchedPart part;
     char kind[8] = {};
-    int end = 0;
-    const int read =
-        std::sscanf(line.c_str(), "%7[a-z] %d %d %lf %lf %lf %lf%n", kind, &part.object, &part.page,
-                    &part.left, &part.bottom, &part.right, &part.top, &end);
-    if (read != 7 || std::size_t(end) != line.size() || !isSensible(part))
-        return {};
-    if (kind != std::string("image") && kind != std::string("font"))
+    if (std::sscanf(line.c_str(), "%7[a-z] %d %d %lf %lf %lf %lf", kind, &part.object, &part.page,
+                    &part.left, &part.bottom, &part.right, &part.top) != 7)
         return {};
     part.kind = kind == std::string("image") ? PartKind::Image : PartKind::Font;
+    if (!isSensible(part) || lineOf(part) != line + '\n')
+        return {};
     return part;
 }
 

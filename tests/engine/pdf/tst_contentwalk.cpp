@@ -355,7 +355,8 @@ void TestContentWalk::lines_data()
     for (const char *wrong :
          {"image 12 0 1 2 3 4", "picture 12 0 1 2 3 4\n", "image 12 0 1 2 3\n",
           "image 12 0 1 2 3 4 5\n", "image 0 0 1 2 3 4\n", "image 1 -1 1 2 3 4\n",
-          "image 1 0 nan 2 3 4\n", "image 1 0 1 2 3 inf\n", "\n", "image 1 0 1 2 3 4\n\n"})
+          "image 1 0 nan 2 3 4\n", "image 1 0 1 2 3 inf\n", "\n", "image 1 0 1 2 3 4\n\n",
+          "image 4 000.25 0 595 842\n", "image  1 0 1 2 3 4\n", "image 4294967297 0 1 2 3 4\n"})
         QTest::newRow(wrong) << QByteArray(wrong) << false;
 }
 

@@ -5,12 +5,17 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <string_view>
 
 namespace engine {
 
 namespace {
 
 constexpr std::size_t tagLength = 6;
+
+// No D: MuPDF (1.21) takes names that begin with DF or DLC for those of fonts that are nothing
+// without their hints, and draws them otherwise.
+constexpr std::string_view letters = "ABCEFGHIJKLMNOPQRSTUVWXYZ";
 
 bool isTagged(const std::string &name)
 {
@@ -73,8 +78,8 @@ std::string tagOf(const std::string &program)
     for (const char byte : program)
         hash = (hash ^ std::uint8_t(byte)) * 0x100000001B3;
     std::string tag;
-    for (; tag.size() < tagLength; hash /= 26)
-        tag.push_back(char('A' + hash % 26));
+    for (; tag.size() < tagLength; hash /= letters.size())
+        tag.push_back(letters[hash % letters.size()]);
     return tag;
 }
 

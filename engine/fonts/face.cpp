@@ -203,9 +203,9 @@ bool Face::load(Glyph glyph) const
            m_face->glyph->format == FT_GLYPH_FORMAT_OUTLINE;
 }
 
-bool Face::drawsLike(const Face &other, Glyph glyph) const
+bool Face::drawsLike(Glyph glyph, const Face &other, Glyph otherGlyph) const
 {
-    return load(glyph) && other.load(glyph) &&
+    return load(glyph) && other.load(otherGlyph) &&
            drawingOf(*m_face->glyph) == drawingOf(*other.m_face->glyph);
 }
 

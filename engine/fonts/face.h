@@ -50,8 +50,9 @@ public:
     /// The numbers that the glyphs of a CID-keyed CFF have in its collection.
     [[nodiscard]] std::multimap<unsigned, Glyph> characters() const;
 
-    /// Whether both draw the glyph alike, with the same advance; not if it is damaged.
-    [[nodiscard]] bool drawsLike(const Face &other, Glyph glyph) const;
+    /// Whether the glyph is drawn like one of another program, with the same advance; not if either
+    /// is damaged.
+    [[nodiscard]] bool drawsLike(Glyph glyph, const Face &other, Glyph otherGlyph) const;
 
     /// Whether there is nothing to see.
     [[nodiscard]] bool isBlank(Glyph glyph) const;

@@ -21,10 +21,12 @@ bool isSubsettable(const EmbeddedProgram &embedded)
 }
 
 // A reader may take letters from the program's own lookups where the document has none of its own.
-Needs needsOf(const EmbeddedProgram &embedded)
+// The glyphs of a CFF in simple fonts are known by their names alone.
+Needs needsOf(const EmbeddedProgram &embedded, const FontProgram &program)
 {
-    Needs needs{false, false};
+    Needs needs{false, false, !program.isBareCff()};
     for (ProgramUser user : embedded.users) {
+        needs.numbers = needs.numbers || user.isComposite();
         needs.names = needs.names || !user.isComposite();
         needs.cmap =
             needs.cmap || !user.isComposite() || !user.font.getKey("/ToUnicode").isStream();
@@ -32,11 +34,13 @@ Needs needsOf(const EmbeddedProgram &embedded)
     return needs;
 }
 
-struct Subset
+Glyphs renumbered(const std::map<Glyph, Glyph> &numbers)
 {
-    std::string bytes;
     Glyphs glyphs;
-};
+    for (const auto &[before, after] : numbers)
+        glyphs.insert(after);
+    return glyphs;
+}
 
 // Nothing unless all that is shown comes out of the subset by the same ways.
 std::optional<Subset> subsetFor(const EmbeddedProgram &embedded, const std::string &bytes,
@@ -44,11 +48,11 @@ std::optional<Subset> subsetFor(const EmbeddedProgram &embedded, const std::stri
 {
     const auto program = FontProgram::of(bytes);
     const auto glyphs = program ? shownGlyphs(embedded, *program, uses) : std::nullopt;
-    auto subset = glyphs ? subsetOf(bytes, *glyphs, needsOf(embedded)) : std::nullopt;
-    const auto again = subset ? FontProgram::of(*subset) : std::nullopt;
-    if (!again || shownGlyphs(embedded, *again, uses) != glyphs)
+    auto subset = glyphs ? subsetOf(bytes, *glyphs, needsOf(embedded, *program)) : std::nullopt;
+    const auto again = subset ? FontProgram::of(subset->bytes) : std::nullopt;
+    if (!again || shownGlyphs(embedded, *again, uses) != renumbered(subset->numbers))
         return std::nullopt;
-    return Subset{std::move(*subset), *glyphs};
+    return subset;
 }
 
 void setProgram(EmbeddedProgram embedded, const std::string &bytes, bool compress)
@@ -115,7 +119,8 @@ private:
             return;
         setProgram(embedded, subset->bytes, m_options.compress);
         setTag(embedded, tagOf(subset->bytes));
-        listGlyphs(m_document, embedded, *FontProgram::of(subset->bytes), subset->glyphs);
+        listGlyphs(m_document, embedded, *FontProgram::of(subset->bytes),
+                   renumbered(subset->numbers));
         note(embedded, m_result.touched);
     }
 

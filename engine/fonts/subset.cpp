@@ -1,5 +1,6 @@
 #include "subset.h"
 
+#include <algorithm>
 #include <hb-ot.h>
 #include <hb-subset.h>
 #include <memory>
@@ -20,6 +21,7 @@ struct Destroy
 using Blob = std::unique_ptr<hb_blob_t, Destroy<hb_blob_destroy>>;
 using Program = std::unique_ptr<hb_face_t, Destroy<hb_face_destroy>>;
 using Input = std::unique_ptr<hb_subset_input_t, Destroy<hb_subset_input_destroy>>;
+using Plan = std::unique_ptr<hb_subset_plan_t, Destroy<hb_subset_plan_destroy>>;
 
 constexpr hb_tag_t tag(const char (&name)[5])
 {
@@ -93,15 +95,21 @@ void keepLookups(const Program &program, const Needs &needs, hb_subset_input_t *
         hb_set_add(asTheyAre, post);
 }
 
-// Without the last glyph the font would have fewer, whose names and widths would not be found.
+unsigned flagsFor(const Needs &needs)
+{
+    return HB_SUBSET_FLAGS_NOTDEF_OUTLINE |
+           (needs.names ? unsigned(HB_SUBSET_FLAGS_GLYPH_NAMES) : 0U) |
+           (needs.numbers ? unsigned(HB_SUBSET_FLAGS_RETAIN_GIDS) : 0U);
+}
+
+// Where numbers stay, a font without its last glyph would have fewer, and readers would not find
+// names and widths any more.
 Input inputFor(const Program &program, const Glyphs &glyphs, const Needs &needs)
 {
     Input input(hb_subset_input_create_or_fail());
     if (!input)
         return input;
-    const unsigned names = needs.names ? unsigned(HB_SUBSET_FLAGS_GLYPH_NAMES) : 0U;
-    hb_subset_input_set_flags(input.get(),
-                              HB_SUBSET_FLAGS_RETAIN_GIDS | HB_SUBSET_FLAGS_NOTDEF_OUTLINE | names);
+    hb_subset_input_set_flags(input.get(), flagsFor(needs));
     hb_set_t *dropped = hb_subset_input_set(input.get(), HB_SUBSET_SETS_DROP_TABLE_TAG);
     for (const hb_tag_t table : uselessTables)
         hb_set_add(dropped, table);
@@ -110,34 +118,46 @@ Input inputFor(const Program &program, const Glyphs &glyphs, const Needs &needs)
     for (const Glyph glyph : glyphs)
         hb_set_add(kept, glyph);
     hb_set_add(kept, 0);
-    hb_set_add(kept, hb_face_get_glyph_count(program.get()) - 1);
+    if (needs.numbers)
+        hb_set_add(kept, hb_face_get_glyph_count(program.get()) - 1);
     return input;
 }
 
-std::string subsetBytes(const std::string &bytes, Glyph count, const Glyphs &glyphs,
-                        const Needs &needs)
+std::map<Glyph, Glyph> numbersIn(const Plan &plan, const Glyphs &glyphs)
+{
+    const hb_map_t *numbers = hb_subset_plan_old_to_new_glyph_mapping(plan.get());
+    std::map<Glyph, Glyph> found;
+    for (const Glyph glyph : glyphs)
+        found[glyph] = hb_map_get(numbers, glyph);
+    return found;
+}
+
+Subset made(const std::string &bytes, Glyph count, const Glyphs &glyphs, const Needs &needs)
 {
     const Program program = programOf(bytes, count);
     if (hb_face_get_glyph_count(program.get()) != count)
         return {};
     const Input input = inputFor(program, glyphs, needs);
-    const Program subset(input ? hb_subset_or_fail(program.get(), input.get()) : nullptr);
+    const Plan plan(input ? hb_subset_plan_create_or_fail(program.get(), input.get()) : nullptr);
+    const Program subset(plan ? hb_subset_plan_execute_or_fail(plan.get()) : nullptr);
     if (!subset)
         return {};
-    return isBareCff(bytes) ? tableOf(subset, cff)
-                            : bytesOf(Blob(hb_face_reference_blob(subset.get())));
+    return {isBareCff(bytes) ? tableOf(subset, cff)
+                             : bytesOf(Blob(hb_face_reference_blob(subset.get()))),
+            numbersIn(plan, glyphs)};
 }
 
 // Whether all that is asked of the subset is what the whole program says.
-bool isFaithful(const Face &subset, const Face &face, const Glyphs &glyphs)
+bool isFaithful(const Subset &subset, const Face &face, const Needs &needs)
 {
-    if (subset.count() != face.count() || subset.isCidKeyed() != face.isCidKeyed())
+    const auto made = Face::of(subset.bytes);
+    if (!made || made->isCidKeyed() != face.isCidKeyed() ||
+        (needs.numbers && made->count() != face.count()))
         return false;
-    for (const Glyph glyph : glyphs) {
-        if (!subset.drawsLike(face, glyph))
-            return false;
-    }
-    return true;
+    return std::all_of(subset.numbers.begin(), subset.numbers.end(), [&](const auto &entry) {
+        return (!needs.numbers || entry.first == entry.second) &&
+               made->drawsLike(entry.second, face, entry.first);
+    });
 }
 
 std::uint64_t numberAt(const std::string &bytes, std::size_t place)
@@ -172,18 +192,16 @@ bool isVariable(const Face &face)
 
 } // namespace
 
-std::optional<std::string> subsetOf(const std::string &program, const Glyphs &glyphs,
-                                    const Needs &needs)
+std::optional<Subset> subsetOf(const std::string &program, const Glyphs &glyphs, const Needs &needs)
 {
     const auto face = Face::of(program);
     if (!face || face->count() == 0 || isVariable(*face) ||
         (face->isSfnt() && !hasAllTables(program)))
         return std::nullopt;
-    const std::string bytes = subsetBytes(program, face->count(), glyphs, needs);
-    const auto subset = Face::of(bytes);
-    if (!subset || !isFaithful(*subset, *face, glyphs))
+    Subset subset = made(program, face->count(), glyphs, needs);
+    if (!isFaithful(subset, *face, needs))
         return std::nullopt;
-    return bytes;
+    return subset;
 }
 
 } // namespace engine

@@ -167,7 +167,6 @@ void TestShrinkFonts::shownGlyphsStay_data()
         keeping({2, 3, 28, 30}));
     row("names, post", "01", simple(u"names-only.ttf"_s, differences("/secret")), keeping({32}));
     row("names, uni", "01", simple(u"unicode.ttf"_s, differences("/uni0042")), keeping({3}));
-    row("without cmap", "0304", simple(u"without-cmap.ttf"_s), keeping({3, 4}));
     row("without cmap, by number", "00030004",
         composite(simple(u"without-cmap.ttf"_s), "/Subtype /CIDFontType2 /CIDToGIDMap /Identity"),
         keeping({3, 4}));

@@ -137,7 +137,7 @@ void TestOpDialogConnections::customConnectionsStayDuringReset()
 {
     // With a password the check box for PDF/A is out of reach, so the passwords come last.
     QList<Option> options = customOptions();
-    std::ranges::stable_partition(options, [](const Option &option) {
+    std::stable_partition(options.begin(), options.end(), [](const Option &option) {
         return !QString(option.control).endsWith("password");
     });
     for (const Option &option : options)

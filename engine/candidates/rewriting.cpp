@@ -104,7 +104,8 @@ std::uintmax_t writeRewriting(const RewritingOrder &order)
     markProducer(copy, order.marked);
     if (order.pdfa)
         makePdfa(copy, original, order);
-    shrinkBilevelImages(copy, original, order.smallestBilevel);
+    if (order.smallestBilevel)
+        recodeBilevelImages(copy);
     applyPieces(copy,
                 {.standard = order.pdfa ? std::optional<std::string>("PDF/A-1") : std::nullopt,
                  .compressFonts = order.compressFonts},

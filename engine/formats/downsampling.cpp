@@ -7,11 +7,6 @@ namespace engine {
 
 namespace {
 
-// So many places a side tell one image from another.
-constexpr std::uint32_t probes = 64;
-// A last row or column may be Ghostscript's own.
-constexpr double likeness = 0.99;
-
 bool isBlack(const Bitmap &bitmap, std::uint32_t x, std::uint32_t y)
 {
     return (bitmap.row(y)[x / 8] & (0x80 >> x % 8)) != 0;
@@ -125,27 +120,6 @@ private:
     std::vector<float> m_below;
 };
 
-struct Likeness
-{
-    int same = 0;
-    int opposite = 0;
-};
-
-Likeness likenessOf(const Bitmap &small, const Bitmap &bitmap, std::uint32_t factor,
-                    std::uint32_t across, std::uint32_t down)
-{
-    Likeness result;
-    for (std::uint32_t probe = 0; probe < probes * probes; ++probe) {
-        const auto x = std::uint32_t(std::uint64_t(probe % probes) * small.width() / probes);
-        const auto y = std::uint32_t(std::uint64_t(probe / probes) * small.height() / probes);
-        const std::uint32_t left = std::min(x * factor + across, bitmap.width() - 1);
-        const std::uint32_t top = std::min(y * factor + down, bitmap.height() - 1);
-        const bool same = isBlack(small, x, y) == isBlack(bitmap, left, top);
-        (same ? result.same : result.opposite) += 1;
-    }
-    return result;
-}
-
 } // namespace
 
 std::optional<Bitmap> downsampled(const Bitmap &bitmap, std::uint32_t factor, std::uint32_t width,
@@ -161,29 +135,25 @@ std::optional<Bitmap> downsampled(const Bitmap &bitmap, std::uint32_t factor, st
     return result;
 }
 
-std::uint32_t factorOf(std::uint32_t large, std::uint32_t small)
+std::optional<Bitmap> subsampled(const Bitmap &bitmap, std::uint32_t width, std::uint32_t height)
 {
-    if (small == 0 || large / small < 1)
-        return 0;
-    for (const std::uint32_t factor : {large / small, large / small + 1}) {
-        const std::uint32_t whole = large / factor;
-        if (factor >= 2 && (small == whole || (small == whole + 1 && large % factor != 0)))
-            return factor;
+    const auto isFewer = [](std::uint32_t few, std::uint32_t many) {
+        return few > 0 && few <= many;
+    };
+    auto result = Bitmap::blank(width, height);
+    if (!result || !isFewer(width, bitmap.width()) || !isFewer(height, bitmap.height()))
+        return {};
+    const auto middle = [](std::uint64_t index, std::uint32_t few, std::uint32_t many) {
+        return std::uint32_t((2 * index + 1) * many / (2 * std::uint64_t(few)));
+    };
+    for (std::uint32_t y = 0; y < height; ++y) {
+        for (std::uint32_t x = 0; x < width; ++x) {
+            if (isBlack(bitmap, middle(x, width, bitmap.width()),
+                        middle(y, height, bitmap.height())))
+                setBlack(*result, x, y);
+        }
     }
-    return 0;
-}
-
-Subsample subsampleOf(const Bitmap &small, const Bitmap &bitmap, std::uint32_t factor)
-{
-    constexpr int enough = int(probes * probes * likeness);
-    for (std::uint32_t place = 0; place < factor * factor; ++place) {
-        const Likeness result = likenessOf(small, bitmap, factor, place % factor, place / factor);
-        if (result.same >= enough)
-            return Subsample::Same;
-        if (result.opposite >= enough)
-            return Subsample::Opposite;
-    }
-    return Subsample::No;
+    return result;
 }
 
 } // namespace engine

@@ -41,7 +41,7 @@ Words writableSwitches(Words words)
 {
     std::erase_if(words, isEncryption);
     std::replace(words.begin(), words.end(), std::string(jbig2Switch),
-                 std::string("-dMonoImageFilter=/CCITTFaxEncode"));
+                 std::string("-dMonoImageFilter=/FlateEncode"));
     return words;
 }
 

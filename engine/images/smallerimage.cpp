@@ -71,29 +71,13 @@ std::uint32_t fewer(std::uint32_t edge, double share)
     return std::clamp(std::uint32_t(std::lround(edge * share)), 1U, edge);
 }
 
-Bitmap picked(const Bitmap &bitmap, Bitmap result)
-{
-    for (std::uint32_t y = 0; y < result.height(); ++y) {
-        const auto *from =
-            bitmap.row((2 * std::uint64_t(y) + 1) * bitmap.height() / (2 * result.height()));
-        for (std::uint32_t x = 0; x < result.width(); ++x) {
-            const auto column = (2 * std::uint64_t(x) + 1) * bitmap.width() / (2 * result.width());
-            if ((from[column / 8] & (0x80 >> column % 8)) != 0)
-                result.row(y)[x / 8] = std::uint8_t(result.row(y)[x / 8] | (0x80 >> x % 8));
-        }
-    }
-    return result;
-}
-
 std::optional<Bitmap> sampled(const Bitmap &bitmap, double dpi, const ClassOptions &options)
 {
     const auto factor = std::uint32_t(dpi / options.resolution);
     const std::uint32_t width = (bitmap.width() - 1) / factor + 1;
     const std::uint32_t height = (bitmap.height() - 1) / factor + 1;
-    if (options.sampling != Sampling::Subsample)
-        return downsampled(bitmap, factor, width, height);
-    auto blank = Bitmap::blank(width, height);
-    return blank ? std::optional(picked(bitmap, std::move(*blank))) : std::nullopt;
+    return options.sampling == Sampling::Subsample ? subsampled(bitmap, width, height)
+                                                   : downsampled(bitmap, factor, width, height);
 }
 
 SmallerImage encoded(const Bitmap &bitmap, const ClassOptions &options)

@@ -38,36 +38,10 @@ class TestDownsampling : public QObject
     Q_OBJECT
 
 private slots:
-    void factors_data();
-    void factors();
     void greysStay();
     void edgesStay();
-    void subsamples();
+    void subsampled();
 };
-
-void TestDownsampling::factors_data()
-{
-    QTest::addColumn<int>("large");
-    QTest::addColumn<int>("small");
-    QTest::addColumn<int>("factor");
-    QTest::newRow("halves") << 100 << 50 << 2;
-    QTest::newRow("a half and one") << 101 << 51 << 2;
-    QTest::newRow("a half less one") << 101 << 50 << 2;
-    QTest::newRow("thirds") << 100 << 34 << 3;
-    QTest::newRow("whole") << 100 << 100 << 0;
-    QTest::newRow("larger") << 100 << 101 << 0;
-    QTest::newRow("no whole number") << 100 << 60 << 0;
-    QTest::newRow("to one") << 7 << 1 << 7;
-    QTest::newRow("to nothing") << 7 << 0 << 0;
-    QTest::newRow("of nothing") << 0 << 7 << 0;
-}
-
-void TestDownsampling::factors()
-{
-    QFETCH(int, large);
-    QFETCH(int, small);
-    QTEST(int(engine::factorOf(quint32(large), quint32(small))), "factor");
-}
 
 void TestDownsampling::greysStay()
 {
@@ -98,21 +72,23 @@ void TestDownsampling::edgesStay()
     QVERIFY(engine::downsampled(bitmap, 5, 13, 13));
 }
 
-void TestDownsampling::subsamples()
+void TestDownsampling::subsampled()
 {
     const auto bitmap = greyBitmap(201, 8);
-    auto small = *engine::Bitmap::blank(67, 67);
-    for (quint32 y = 0; y < 67; ++y) {
+    const auto small = engine::subsampled(bitmap, 67, 50);
+    QVERIFY(small);
+    QCOMPARE(small->width(), 67U);
+    QCOMPARE(small->height(), 50U);
+    for (quint32 y = 0; y < 50; ++y) {
         for (quint32 x = 0; x < 67; ++x) {
-            const quint32 place = x * 3 + 1;
-            if ((bitmap.row(y * 3 + 2)[place / 8] & (0x80 >> place % 8)) != 0)
-                small.row(y)[x / 8] = quint8(small.row(y)[x / 8] | (0x80 >> x % 8));
+            const quint32 column = x * 3 + 1;
+            const quint32 row = (2 * y + 1) * 201 / 100;
+            QCOMPARE((small->row(y)[x / 8] & (0x80 >> x % 8)) != 0,
+                     (bitmap.row(row)[column / 8] & (0x80 >> column % 8)) != 0);
         }
     }
-    QVERIFY(engine::subsampleOf(small, bitmap, 3) == engine::Subsample::Same);
-    small.invert();
-    QVERIFY(engine::subsampleOf(small, bitmap, 3) == engine::Subsample::Opposite);
-    QVERIFY(engine::subsampleOf(greyBitmap(67, 8), bitmap, 3) == engine::Subsample::No);
+    QVERIFY(!engine::subsampled(bitmap, 202, 50));
+    QVERIFY(!engine::subsampled(bitmap, 67, 0));
 }
 
 QTEST_GUILESS_MAIN(TestDownsampling)

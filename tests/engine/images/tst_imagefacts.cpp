@@ -1,13 +1,13 @@
 #include "parsed.h"
 #include "samples.h"
 
-#include "engine/images/bilevelbitmap.h"
+#include "engine/images/imagefacts.h"
 
 #include <QTest>
 
 using namespace parsed;
 
-class TestBilevelBitmap : public QObject
+class TestImageFacts : public QObject
 {
     Q_OBJECT
 
@@ -16,7 +16,7 @@ private slots:
     void bilevel();
 };
 
-void TestBilevelBitmap::bilevel_data()
+void TestImageFacts::bilevel_data()
 {
     QTest::addColumn<QByteArray>("entries");
     QTest::addColumn<bool>("is");
@@ -38,17 +38,18 @@ void TestBilevelBitmap::bilevel_data()
     QTest::newRow("mask of its own") << gray + "/Mask 7 0 R" << true;
 }
 
-void TestBilevelBitmap::bilevel()
+void TestImageFacts::bilevel()
 {
     QFETCH(QByteArray, entries);
     QFETCH(bool, is);
-    const QList<QByteArray> objects = {formOf({}), formOf({}, "/Subtype /Image " + entries),
-                                       pdfStream("/N 1", {}), pdfStream("/N 3", {})};
+    const QList<QByteArray> objects = {
+        formOf({}), formOf("12345678", "/Subtype /Image /Width 8 /Height 8 " + entries),
+        pdfStream("/N 1", {}), pdfStream("/N 3", {})};
     Document document(showing({}, objects));
-    QCOMPARE(engine::isBilevelImage(document->getObject(6, 0)), is);
-    QVERIFY(!engine::isBilevelImage(document->getObject(5, 0)));
-    QVERIFY(!engine::isBilevelImage(document->getObject(3, 0)));
+    const auto facts = engine::factsOf(document->getObject(6, 0), false);
+    QCOMPARE(facts.reason == engine::LeftAlone::No && facts.kind == engine::ImageKind::Bilevel, is);
+    QVERIFY(engine::factsOf(document->getObject(5, 0), false).reason != engine::LeftAlone::No);
 }
 
-QTEST_GUILESS_MAIN(TestBilevelBitmap)
-#include "tst_bilevelbitmap.moc"
+QTEST_GUILESS_MAIN(TestImageFacts)
+#include "tst_imagefacts.moc"

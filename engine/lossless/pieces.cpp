@@ -13,15 +13,16 @@ namespace engine {
 
 const std::vector<Piece> &losslessPieces()
 {
-    // What goes need not be coded; streams are compared when all of them are coded in one way.
+    // What goes need not be compared, and what is there once need not be coded twice. Streams that
+    // are equal only when they are coded in one way are so few that nobody looks for them.
     static const std::vector<Piece> pieces = {
         {"equal font programs", mergeEqualFontPrograms, Stage::BeforeParts},
         {"leftovers", dropLeftovers},
         {"packet", trimPacket},
         {"unused names", dropUnusedNames},
+        {"equal parts", mergeEqualParts},
         {"jpeg", recodeJpegStreams},
         {"streams", recodeStreams},
-        {"equal parts", mergeEqualParts},
     };
     return pieces;
 }

@@ -12,6 +12,7 @@ namespace {
 constexpr double pointsPerInch = 72;
 constexpr double mostPixels = 4'000'000; // of a page
 constexpr double mostBytesOfDrawing = 96 << 20;
+constexpr std::size_t leastPages = 2; // of a process, which first has to look for fonts
 
 double pixelsOf(const PageView &view, double resolution)
 {
@@ -118,7 +119,7 @@ std::vector<Drawing> drawingPlan(const std::set<int> &pages, const std::vector<P
                                  double resolution, int processes)
 {
     const auto share = (pages.size() + std::size_t(processes) - 1) / std::size_t(processes);
-    Plan plan(views, resolution, std::max<std::size_t>(share, 1));
+    Plan plan(views, resolution, std::max(share, leastPages));
     for (const int page : pages)
         plan.add(page);
     return plan.take();

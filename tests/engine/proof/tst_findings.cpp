@@ -181,7 +181,7 @@ void TestFindings::inside_data()
                                 << Level([](int, int, int) { return 0; });
     QTest::newRow("a block is lighter")
         << PixelRectangle{24, 28, 28, 32} << Level([](int x, int y, int channel) {
-               return std::min(255, drawn(x, y, channel) + 40);
+               return std::min(255, drawn(x, y, channel) + 50);
            });
     QTest::newRow("a corner is lost")
         << PixelRectangle{32, 32, 36, 36} << Level([](int, int, int) { return 255; });

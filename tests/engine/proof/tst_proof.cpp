@@ -434,10 +434,12 @@ void TestProof::plan_data()
     QTest::addColumn<QString>("drawings");
     QTest::newRow("none") << QList<int>{} << 2 << QString();
     QTest::newRow("one") << QList<int>{3} << 2 << "3";
-    QTest::newRow("two") << QList<int>{3, 4} << 2 << "3|4";
-    QTest::newRow("two in one") << QList<int>{3, 4} << 1 << "3 4";
+    QTest::newRow("two") << QList<int>{3, 4} << 2 << "3 4";
+    QTest::newRow("three") << QList<int>{3, 4, 5} << 2 << "3 4|5";
+    QTest::newRow("four") << QList<int>{3, 4, 5, 6} << 2 << "3 4|5 6";
+    QTest::newRow("four in one") << QList<int>{3, 4, 5, 6} << 1 << "3 4 5 6";
     QTest::newRow("five") << QList<int>{0, 1, 2, 3, 4} << 2 << "0 1 2|3 4";
-    QTest::newRow("a gap of one") << QList<int>{0, 2, 3} << 1 << "0 1 2|3";
+    QTest::newRow("a gap of one") << QList<int>{0, 2, 3, 5, 8, 9} << 1 << "0 1 2 3 4 5|8 9";
     QTest::newRow("a gap of two") << QList<int>{0, 3} << 1 << "0|3";
     QTest::newRow("the last") << QList<int>{9} << 1 << "9";
 }

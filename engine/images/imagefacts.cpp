@@ -108,7 +108,8 @@ LeftAlone reasonOfFilters(QPDFObjectHandle image, ImageFacts &facts)
 LeftAlone reasonOfEntries(QPDFObjectHandle dictionary, const ImageFacts &facts)
 {
     QPDFObjectHandle inside = dictionary.getKey("/SMaskInData");
-    if (dictionary.getKey("/Mask").isArray())
+    // A soft mask is what counts where there are both.
+    if (dictionary.getKey("/Mask").isArray() && !dictionary.getKey("/SMask").isStream())
         return LeftAlone::ColourKey;
     if (inside.isInteger() && inside.getIntValue() != 0)
         return LeftAlone::SoftMaskInside;

@@ -18,8 +18,9 @@ set(CPACK_DEBIAN_PACKAGE_SECTION text)
 set(CPACK_DEBIAN_PACKAGE_HOMEPAGE ${CORVANE_HOME_PAGE})
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "compress PDF files in batches")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION "Drop PDF files on the window, choose an output folder and press the green
-button: every file goes once through Ghostscript, and the copy lands in the
-folder. Nothing is overwritten, and a broken or hostile file can harm neither
+button: the smaller copies land in the folder. Images and fonts become smaller,
+the rest of a document stays as it is, and every copy is held against its
+original. Nothing is overwritten, and a broken or hostile file can harm neither
 the batch nor other files.")
 # What the programs are linked with finds dpkg-shlibdeps. The platform plug-in for X and those for
 # the pictures come with Qt's own libraries.

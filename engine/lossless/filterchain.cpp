@@ -18,6 +18,14 @@ Object itemOf(Object oneOrMore, std::size_t index)
     return index == 0 ? oneOrMore : Object::newNull();
 }
 
+// Some writers have an empty dictionary where there are none, which libqpdf takes for parameters.
+Object parametersIn(Object oneOrMore, std::size_t index)
+{
+    Object parameters = itemOf(oneOrMore, index);
+    return parameters.isDictionary() && parameters.getKeys().empty() ? Object::newNull()
+                                                                     : parameters;
+}
+
 // One layer goes without an array.
 Object filtersFor(const std::vector<Layer> &layers)
 {
@@ -68,7 +76,7 @@ std::vector<Layer> layersOf(Object stream)
     Object parameters = stream.getDict().getKey("/DecodeParms");
     std::vector<Layer> layers;
     for (const std::string &filter : filtersOf(stream))
-        layers.push_back({filter, itemOf(parameters, layers.size())});
+        layers.push_back({filter, parametersIn(parameters, layers.size())});
     return layers;
 }
 

@@ -83,7 +83,8 @@ std::optional<std::string> decodedBytesOf(QPDFObjectHandle stream, std::size_t m
     try {
         Bytes bytes(most);
         bool filtered = false;
-        if (!stream.pipeStreamData(&bytes, &filtered, 0, qpdf_dl_specialized, true))
+        // Of filters with parameters that it doesn't know, libqpdf gives the bytes as they lie.
+        if (!stream.pipeStreamData(&bytes, &filtered, 0, qpdf_dl_specialized, true) || !filtered)
             return {};
         return bytes.take();
     } catch (const std::exception &) {

@@ -21,6 +21,7 @@ class TestStreamCoding : public QObject
 private slots:
     void smaller_data();
     void smaller();
+    void emptyParameters();
     void untouched_data();
     void untouched();
     void predictor();
@@ -163,6 +164,15 @@ void TestStreamCoding::smaller()
     QVERIFY(document.raw().size() < bytes.size());
 }
 
+void TestStreamCoding::emptyParameters()
+{
+    Document document("/Filter [/ASCIIHexDecode /FlateDecode] /DecodeParms [<< >> << >>]",
+                      hexadecimal(fast(text)));
+    recode(document);
+    QVERIFY(document.filter().isNameAndEquals("/FlateDecode"));
+    QCOMPARE(document.decoded(), text);
+}
+
 void TestStreamCoding::untouched_data()
 {
     QTest::addColumn<QByteArray>("entries");
@@ -176,6 +186,9 @@ void TestStreamCoding::untouched_data()
     QTest::newRow("damaged") << QByteArray("/Filter /FlateDecode") << damaged;
     QTest::newRow("a fax") << QByteArray("/Filter /CCITTFaxDecode") << text;
     QTest::newRow("unknown") << QByteArray("/Filter /OwnDecode") << text;
+    QTest::newRow("unknown parameters")
+        << QByteArray("/Filter [/ASCIIHexDecode /FlateDecode] /DecodeParms [<< /Own 1 >> null]")
+        << hexadecimal(fast(text));
     QTest::newRow("unknown below")
         << QByteArray("/Filter [/ASCIIHexDecode /OwnDecode]") << hexadecimal(text);
     QTest::newRow("encrypted in a way of its own")

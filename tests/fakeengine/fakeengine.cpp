@@ -2,6 +2,11 @@
 //   log              the arguments of every start: 0x1f before each, 0x1e behind the last
 //   behaviour.NAME   "bytes exit signal gate" for the input of that base name
 //   behaviour.       the same for all others
+//   says.NAME        beside each: what it prints on standard output
+//   complains.NAME   the same on standard error
+//   taken.NAME       makes it end with 73 if its output has that base name
+//   pids             the process number of every start, one a line
+//   processors       the processors that it may use, where the system tells, one line a start
 //   gate             a FIFO; an engine that waits reads one byte from it
 //   ended            a byte for every engine that came to its end
 
@@ -28,13 +33,23 @@ struct Behaviour
     int gate = 0;
 };
 
-Behaviour behaviourFor(const fs::path &folder, const std::string &input)
+std::string baseName(const std::string &path)
 {
-    const std::string name = fs::path(input).filename();
-    fs::path file = folder / ("behaviour." + name.substr(0, name.find('.')));
+    const std::string name = fs::path(path).filename();
+    return name.substr(0, name.find('.'));
+}
+
+// The name under which the behaviour for that input is found: its own, or the empty one of all
+// others.
+std::string behaviourName(const fs::path &folder, const std::string &input)
+{
     std::error_code tooLong;
-    if (!fs::exists(file, tooLong))
-        file = folder / "behaviour.";
+    const std::string name = baseName(input);
+    return fs::exists(folder / ("behaviour." + name), tooLong) ? name : "";
+}
+
+Behaviour readBehaviour(const fs::path &file)
+{
     Behaviour behaviour;
     std::ifstream(file) >> behaviour.bytes >> behaviour.exitCode >> behaviour.signal >>
         behaviour.gate;
@@ -49,6 +64,27 @@ void logStart(const fs::path &folder, const std::vector<std::string> &arguments)
         line += '\x1f' + argument;
     line += '\x1e';
     std::ofstream(folder / "log", std::ios::app) << line << std::flush;
+}
+
+void logPlace(const fs::path &folder)
+{
+    std::ofstream(folder / "pids", std::ios::app) << std::to_string(getpid()) + "\n" << std::flush;
+    std::ifstream status("/proc/self/status");
+    constexpr std::string_view allowed = "Cpus_allowed_list:\t";
+    for (std::string line; std::getline(status, line);) {
+        if (line.starts_with(allowed))
+            std::ofstream(folder / "processors", std::ios::app)
+                << line.substr(allowed.size()) + "\n"
+                << std::flush;
+    }
+}
+
+void print(const fs::path &file, std::FILE *stream)
+{
+    std::ifstream text(file);
+    for (std::string line; std::getline(text, line);)
+        std::fputs((line + "\n").c_str(), stream);
+    std::fflush(stream);
 }
 
 void waitAtGate(const fs::path &folder)
@@ -68,6 +104,9 @@ int main(int argc, char *argv[])
         return EXIT_FAILURE;
     const fs::path folder = folderName;
     const std::vector<std::string> arguments(argv + 1, argv + argc);
+    if (arguments == std::vector<std::string>{"--version"})
+        return std::puts("10.00.0") < 0;
+    logPlace(folder);
     logStart(folder, arguments);
 
     constexpr std::string_view outputSwitch = "-sOutputFile=";
@@ -80,7 +119,12 @@ int main(int argc, char *argv[])
             input = arguments[i + 1];
     }
 
-    const Behaviour behaviour = behaviourFor(folder, input);
+    if (fs::exists(folder / ("taken." + baseName(output))))
+        return 73;
+    const std::string name = behaviourName(folder, input);
+    const Behaviour behaviour = readBehaviour(folder / ("behaviour." + name));
+    print(folder / ("says." + name), stdout);
+    print(folder / ("complains." + name), stderr);
     if (behaviour.bytes >= 0) {
         std::ofstream(output).flush();
         fs::resize_file(output, static_cast<std::uintmax_t>(behaviour.bytes));

@@ -27,14 +27,42 @@ FakeEngine::~FakeEngine()
 
 void FakeEngine::behave(const Behaviour &behaviour, const QString &inputBaseName)
 {
-    QFile file(m_folder.filePath("behaviour." + inputBaseName));
     const QString text = QString("%1 %2 %3 %4\n")
                              .arg(behaviour.bytes)
                              .arg(behaviour.exitCode)
                              .arg(behaviour.signal)
                              .arg(behaviour.gate ? 1 : 0);
-    if (!file.open(QIODevice::WriteOnly) || file.write(text.toLatin1()) < 0)
+    put("behaviour." + inputBaseName, text.toLatin1());
+    put("says." + inputBaseName, behaviour.says);
+    put("complains." + inputBaseName, behaviour.complains);
+}
+
+void FakeEngine::take(const QString &outputBaseName)
+{
+    put("taken." + outputBaseName, {});
+}
+
+void FakeEngine::put(const QString &name, const QByteArray &content) const
+{
+    QFile file(m_folder.filePath(name));
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) < 0)
         qFatal("no behaviour");
+}
+
+QStringList FakeEngine::linesOf(const QString &name) const
+{
+    return QString::fromLocal8Bit(readFile(m_folder.filePath(name)))
+        .split('\n', Qt::SkipEmptyParts);
+}
+
+QStringList FakeEngine::processNumbers() const
+{
+    return linesOf("pids");
+}
+
+QStringList FakeEngine::processors() const
+{
+    return linesOf("processors");
 }
 
 void FakeEngine::open() const

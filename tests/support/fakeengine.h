@@ -16,8 +16,10 @@ public:
     {
         qint64 bytes = 6000; ///< size of the output; -1: none is written
         int exitCode = 0;
-        int signal = 0;    ///< ends itself by this signal
-        bool gate = false; ///< waits for open() once its output is written
+        int signal = 0;            ///< ends itself by this signal
+        bool gate = false;         ///< waits for open() once its output is written
+        QByteArray says = {};      ///< lines for standard output
+        QByteArray complains = {}; ///< lines for standard error
     };
 
     FakeEngine();
@@ -25,6 +27,9 @@ public:
     Q_DISABLE_COPY_MOVE(FakeEngine)
 
     void behave(const Behaviour &behaviour, const QString &inputBaseName = {});
+
+    /// From now on engines find the name of an output of that base name taken.
+    void take(const QString &outputBaseName);
 
     /// Lets one engine through that waits, or will wait, at the gate.
     void open() const;
@@ -36,8 +41,15 @@ public:
     int endCount() const;
     /// The base names of the inputs of all starts so far.
     QStringList inputs() const;
+    /// The process numbers of all starts so far, and the processors that each may use ("0-3"),
+    /// where the system tells them.
+    QStringList processNumbers() const;
+    QStringList processors() const;
 
 private:
+    void put(const QString &name, const QByteArray &content) const;
+    QStringList linesOf(const QString &name) const;
+
     QTemporaryDir m_folder;
     int m_gate = -1;
 };

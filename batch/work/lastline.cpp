@@ -1,0 +1,49 @@
+#include "lastline.h"
+
+namespace batch {
+
+namespace {
+
+constexpr qsizetype longest = 4096;
+constexpr auto mark = "corvgs: ";
+
+QString shown(const QByteArray &line)
+{
+    return QString::fromLocal8Bit(line);
+}
+
+} // namespace
+
+void LastLine::take(const QByteArray &bytes)
+{
+    qsizetype begin = 0;
+    for (auto end = bytes.indexOf('\n'); end >= 0; end = bytes.indexOf('\n', begin)) {
+        this->end(m_begun + bytes.mid(begin, end - begin));
+        m_begun.clear();
+        begin = end + 1;
+    }
+    m_begun += bytes.mid(begin).left(longest - m_begun.size());
+}
+
+void LastLine::end(const QByteArray &line)
+{
+    const QByteArray text = line.left(longest).trimmed();
+    if (text.isEmpty())
+        return;
+    m_last = text;
+    if (text.startsWith(mark))
+        m_own = text;
+}
+
+QString LastLine::ownText() const
+{
+    return m_begun.startsWith(mark) ? shown(m_begun) : shown(m_own);
+}
+
+QString LastLine::text() const
+{
+    const QString own = ownText();
+    return own.isEmpty() ? shown(m_begun.isEmpty() ? m_last : m_begun) : own;
+}
+
+} // namespace batch

@@ -21,7 +21,9 @@ QString briefSizeText(qint64 bytes)
         return QString::asprintf("%.0f B", size);
     if (bytes < 1000000)
         return QString::asprintf("%.1f KB", size / 1000.0);
-    return QString::asprintf("%.1f MB", size / 1000000.0);
+    if (bytes < 10'000'000'000)
+        return QString::asprintf("%.1f MB", size / 1e6);
+    return QString::asprintf("%.1f GB", size / 1e9);
 }
 
 } // namespace core

@@ -9,7 +9,7 @@ namespace core {
 /// a file of 2 to 4 GiB.
 QString sizeText(qint64 bytes);
 
-/// A size of any number of bytes for running text, in B, KB or MB.
+/// A size of any number of bytes for running text, in B, KB, MB or, from 10 on, GB.
 QString briefSizeText(qint64 bytes);
 
 } // namespace core

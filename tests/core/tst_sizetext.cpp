@@ -49,6 +49,7 @@ void TestSizeText::briefText_data()
     QTest::newRow("largest in KB") << Q_INT64_C(999949) << "999.9 KB";
     QTest::newRow("smallest in MB") << Q_INT64_C(1000000) << "1.0 MB";
     QTest::newRow("4 GiB and 1000") << Q_INT64_C(0x1000003e8) << "4295.0 MB";
+    QTest::newRow("smallest in GB") << Q_INT64_C(10'000'000'000) << "10.0 GB";
 }
 
 void TestSizeText::briefText()

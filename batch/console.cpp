@@ -1,5 +1,6 @@
 #include "console.h"
 
+#include "core/sizetext.h"
 #include "output.h"
 
 #include <unistd.h>
@@ -25,7 +26,7 @@ QString progressText(const Tally &tally, qsizetype fresh, qsizetype left, double
 {
     QString text = u"%1 of %2 files, %3 saved"_s.arg(tally.files())
                        .arg(tally.files() + left)
-                       .arg(bytesText(tally.saved()));
+                       .arg(core::briefSizeText(tally.saved()));
     if (fresh == 0 || seconds <= 0)
         return text;
     const double rate = static_cast<double>(fresh) / seconds;

@@ -1,26 +1,14 @@
 #include "tally.h"
 
+#include "core/outcometext.h"
+
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QStringList>
 
-#include <cmath>
-
 using namespace Qt::StringLiterals;
 
 namespace batch {
-
-namespace {
-
-QString savedText(qint64 before, qint64 after)
-{
-    if (after >= before)
-        return u"nothing saved"_s;
-    const auto share = static_cast<double>(before - after) / static_cast<double>(before);
-    return u"%1 % saved"_s.arg(std::lround(100 * share));
-}
-
-} // namespace
 
 void Tally::take(const Result &result)
 {
@@ -43,8 +31,8 @@ QString Tally::text(qsizetype left) const
     if (left > 0)
         text += u", %1 left"_s.arg(left);
     if (m_succeeded > 0)
-        text += u"; %1 to %2, %3"_s.arg(bytesText(m_before), bytesText(m_after),
-                                        savedText(m_before, m_after));
+        text +=
+            "; "_L1 + core::outcomeText({.original = m_before, .copy = m_after, .threshold = {}});
     return text;
 }
 
@@ -68,18 +56,6 @@ QStringList Tally::failures() const
     for (const Failure &failure : m_failures)
         lines.append(failure.input + ": "_L1 + failure.reason);
     return lines;
-}
-
-QString bytesText(qint64 bytes)
-{
-    constexpr const char *units[] = {"KB", "MB", "GB", "TB"};
-    double value = static_cast<double>(bytes) / 1000;
-    std::size_t unit = 0;
-    while (std::abs(value) >= 999.95 && unit + 1 < std::size(units)) {
-        value /= 1000;
-        ++unit;
-    }
-    return QString::asprintf("%.1f %s", value, units[unit]);
 }
 
 } // namespace batch

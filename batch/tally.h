@@ -38,7 +38,4 @@ private:
     std::vector<Failure> m_failures;
 };
 
-/// Bytes for people: "93.5 KB", in powers of ten.
-QString bytesText(qint64 bytes);
-
 } // namespace batch

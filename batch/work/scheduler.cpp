@@ -2,6 +2,7 @@
 
 #include "batch/keepdate.h"
 #include "batch/report/recovery.h"
+#include "core/outcometext.h"
 #include "core/outputname.h"
 #include "endsignals.h"
 #include "engine.h"
@@ -20,7 +21,7 @@ namespace {
 QString failureReason(const EngineEnd &end)
 {
     if (end.status == 0)
-        return u"the engine ended well and left no copy"_s;
+        return core::outcomeText({}); // of a copy that isn't there
     return end.reason.isEmpty() ? u"the engine ended with status %1"_s.arg(end.status) : end.reason;
 }
 

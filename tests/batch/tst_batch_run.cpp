@@ -214,10 +214,8 @@ void TestBatchRun::verdicts_data()
         << qint64(-1) << 1 << 0 << Bytes("noise\ncorvgs: no\nmore\n") << "corvgs: no";
     QTest::newRow("another line") << qint64(-1) << 1 << 0 << Bytes("noise\n") << "noise";
     QTest::newRow("no line") << qint64(-1) << 9 << 0 << Bytes() << "the engine ended with status 9";
-    QTest::newRow("no copy") << qint64(-1) << 0 << 0 << Bytes()
-                             << "the engine ended well and left no copy";
-    QTest::newRow("an empty copy")
-        << qint64(0) << 0 << 0 << Bytes() << "the engine ended well and left no copy";
+    QTest::newRow("no copy") << qint64(-1) << 0 << 0 << Bytes() << "No copy was made";
+    QTest::newRow("an empty copy") << qint64(0) << 0 << 0 << Bytes() << "No copy was made";
     QTest::newRow("a status and a copy")
         << qint64(6000) << 1 << 0 << Bytes("corvgs: no\n") << "corvgs: no";
     QTest::newRow("a crash") << qint64(0) << 0 << SIGSEGV << Bytes()

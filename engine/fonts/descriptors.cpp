@@ -104,14 +104,16 @@ void listGlyphs(QPDF &document, const EmbeddedProgram &program, const FontProgra
     const bool isAsked = claimsPdfA(document);
     const Glyphs present = presentIn(subset, glyphs);
     for (ProgramUser user : program.users) {
+        QPDFObjectHandle descriptor = user.descriptor;
         const bool hasNames = !user.isComposite() && !subset.names().empty() && subset.hasCff();
-        if (user.isComposite() && (isAsked || user.descriptor.hasKey("/CIDSet")))
-            user.descriptor.replaceKey(
-                "/CIDSet", QPDFObjectHandle::newStream(
-                               &document, bitsOf(cidsOf(user.descendant, present, subset))));
-        if (hasNames && (isAsked || user.descriptor.hasKey("/CharSet")))
-            user.descriptor.replaceKey("/CharSet",
-                                       QPDFObjectHandle::newString(namesOf(present, subset)));
+        if (user.isComposite() && (isAsked || descriptor.hasKey("/CIDSet"))) {
+            const std::string bits = bitsOf(cidsOf(user.descendant, present, subset));
+            descriptor.replaceKey("/CIDSet", QPDFObjectHandle::newStream(&document, bits));
+        }
+        if (hasNames && (isAsked || descriptor.hasKey("/CharSet"))) {
+            const std::string names = namesOf(present, subset);
+            descriptor.replaceKey("/CharSet", QPDFObjectHandle::newString(names));
+        }
     }
 }
 

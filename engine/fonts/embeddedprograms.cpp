@@ -105,7 +105,7 @@ private:
 std::vector<EmbeddedProgram> embeddedPrograms(QPDF &document)
 {
     Collector collector;
-    for (QPDFObjectHandle dictionary : reachableDictionaries(document))
+    for (const QPDFObjectHandle &dictionary : reachableDictionaries(document))
         collector.take(dictionary);
     return collector.programs();
 }

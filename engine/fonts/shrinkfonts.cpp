@@ -124,10 +124,14 @@ private:
         note(embedded, m_result.touched);
     }
 
-    // Each page with a subset has to be drawn to be believed; a few bytes are not worth it.
+    // Each page that shows a subset has to be drawn to be believed, which a few bytes are not
+    // worth.
     static bool isWorthIt(const std::string &program, const std::string &subset)
     {
-        return deflated(subset).size() < deflated(program).size();
+        constexpr std::size_t leastPart = 20;
+        const std::size_t before = deflated(program).size();
+        const std::size_t after = deflated(subset).size();
+        return after + before / leastPart < before;
     }
 
     void unpack(EmbeddedProgram embedded)

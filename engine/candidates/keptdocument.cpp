@@ -125,8 +125,6 @@ DraftReport makeDraft(const DraftOrder &order)
     writing.leastSize = order.leastSize;
 
     DraftReport report;
-    if (order.withPieces)
-        applyPieces(pdf, lossless, Stage::BeforeParts);
     std::vector<TouchedPart> touched;
     if (order.withParts) {
         const TakenImages images = imagesTaken(pdf, order);
@@ -139,7 +137,7 @@ DraftReport makeDraft(const DraftOrder &order)
         touched.insert(touched.end(), fonts.touched.begin(), fonts.touched.end());
     }
     if (order.withPieces)
-        applyPieces(pdf, lossless, Stage::AfterParts);
+        applyPieces(pdf, lossless);
     report.described = applyChanges(pdf, order.description);
     report.damaged = !document->isSound();
     if (report.damaged) {

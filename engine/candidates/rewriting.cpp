@@ -108,8 +108,7 @@ std::uintmax_t writeRewriting(const RewritingOrder &order)
         recodeBilevelImages(copy);
     applyPieces(copy,
                 {.standard = order.pdfa ? std::optional<std::string>("PDF/A-1") : std::nullopt,
-                 .compressFonts = order.compressFonts},
-                Stage::AfterParts);
+                 .compressFonts = order.compressFonts});
     settleDescription(copy, order.pdfa);
     WriteOptions options;
     options.encryption = order.encryption;

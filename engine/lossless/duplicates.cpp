@@ -123,14 +123,9 @@ private:
 
 } // namespace
 
-void mergeEqualFontPrograms(QPDF &document, const LosslessOptions &)
-{
-    Merge(sharedParts(document, Sharing::FontPrograms)).run();
-}
-
 void mergeEqualParts(QPDF &document, const LosslessOptions &)
 {
-    Merge(sharedParts(document, Sharing::Everything)).run();
+    Merge(sharedParts(document)).run();
 }
 
 } // namespace engine

@@ -16,13 +16,9 @@ const std::vector<Piece> &losslessPieces()
     // What goes need not be compared, and what is there once need not be coded twice. Streams that
     // are equal only when they are coded in one way are so few that nobody looks for them.
     static const std::vector<Piece> pieces = {
-        {"equal font programs", mergeEqualFontPrograms, Stage::BeforeParts},
-        {"leftovers", dropLeftovers},
-        {"packet", trimPacket},
-        {"unused names", dropUnusedNames},
-        {"equal parts", mergeEqualParts},
-        {"jpeg", recodeJpegStreams},
-        {"streams", recodeStreams},
+        {"leftovers", dropLeftovers},      {"packet", trimPacket},
+        {"unused names", dropUnusedNames}, {"equal parts", mergeEqualParts},
+        {"jpeg", recodeJpegStreams},       {"streams", recodeStreams},
     };
     return pieces;
 }
@@ -36,12 +32,10 @@ void applyPiece(const Piece &piece, QPDF &document, const LosslessOptions &optio
     }
 }
 
-void applyPieces(QPDF &document, const LosslessOptions &options, Stage stage)
+void applyPieces(QPDF &document, const LosslessOptions &options)
 {
-    for (const Piece &piece : losslessPieces()) {
-        if (piece.stage == stage)
-            applyPiece(piece, document, options);
-    }
+    for (const Piece &piece : losslessPieces())
+        applyPiece(piece, document, options);
 }
 
 } // namespace engine

@@ -13,27 +13,21 @@ struct LosslessOptions
     bool compressFonts = true;           ///< also font programs that were not compressed
 };
 
-/// When a piece runs.
-enum class Stage {
-    BeforeParts, ///< before images and fonts are made smaller: it makes that work less
-    AfterParts   ///< after it: it is for what they have become, too
-};
-
 /// One way in which a document becomes smaller, and nothing else.
 struct Piece
 {
     const char *name;
     void (*apply)(QPDF &document, const LosslessOptions &options);
-    Stage stage = Stage::AfterParts;
 };
 
-/// In the order in which they run.
+/// In the order in which they run: after images and fonts have become smaller, because they are for
+/// what those have become, too.
 const std::vector<Piece> &losslessPieces();
 
 /// Runs one of them. What it can't read of the document stays as it is.
 void applyPiece(const Piece &piece, QPDF &document, const LosslessOptions &options);
 
-/// Runs those of one stage.
-void applyPieces(QPDF &document, const LosslessOptions &options, Stage stage);
+/// Runs all of them.
+void applyPieces(QPDF &document, const LosslessOptions &options);
 
 } // namespace engine

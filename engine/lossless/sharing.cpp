@@ -18,8 +18,6 @@ enum class Way {
     AppearanceResources,
 };
 
-constexpr const char *fontPrograms[] = {"/FontFile", "/FontFile2", "/FontFile3"};
-
 constexpr const char *parts[] = {
     "/Alternate",
     "/BG",
@@ -96,8 +94,7 @@ bool hasIdentity(Object object)
 class Search
 {
 public:
-    Search(QPDF &document, Sharing sharing)
-        : m_sharing(sharing)
+    explicit Search(QPDF &document)
     {
         enter(document.getTrailer(), Way::Other, {});
         while (!m_waiting.empty()) {
@@ -144,10 +141,8 @@ private:
             meet(array.getArrayItem(index), way, {array, {}, index, owner});
     }
 
-    [[nodiscard]] Way wayTo(const std::string &key, Object value, Object holder, Way way) const
+    static Way wayTo(const std::string &key, Object value, Object holder, Way way)
     {
-        if (m_sharing == Sharing::FontPrograms)
-            return isIn(fontPrograms, key) ? Way::Part : Way::Other;
         if (way == Way::Names)
             return Way::Part;
         if (way == Way::Appearance && !holder.isStream())
@@ -186,7 +181,6 @@ private:
             m_waiting.push_back({object, way});
     }
 
-    Sharing m_sharing;
     std::vector<Visit> m_waiting;
     std::set<std::pair<QPDFObjGen, Way>> m_seen;
     std::map<QPDFObjGen, Part> m_parts;
@@ -204,9 +198,9 @@ void Use::set(QPDFObjectHandle object) const
         place.replaceKey(key, object);
 }
 
-std::map<QPDFObjGen, Part> sharedParts(QPDF &document, Sharing sharing)
+std::map<QPDFObjGen, Part> sharedParts(QPDF &document)
 {
-    return Search(document, sharing).take();
+    return Search(document).take();
 }
 
 } // namespace engine

@@ -27,12 +27,10 @@ struct Part
     std::vector<Use> uses;
 };
 
-enum class Sharing { FontPrograms, Everything };
-
 /// What may be there once for all who use it: objects that are met only where a reader takes them
 /// for what they hold (resources and what they are made of, contents, font programs, profiles) and
 /// that have no identity of their own, as pages, annotations, fields, layers and their like have,
 /// and appearances, which a viewer may draw anew.
-std::map<QPDFObjGen, Part> sharedParts(QPDF &document, Sharing sharing);
+std::map<QPDFObjGen, Part> sharedParts(QPDF &document);
 
 } // namespace engine

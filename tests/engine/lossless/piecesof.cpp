@@ -3,7 +3,8 @@
 //   corvane_piecesof <pieces> <document> <copy>
 //
 // The pieces are names that losslessPieces() knows, with commas between them; "all", "none", or
-// "but:" and names. Prints the size of the copy and, per piece, its name and the milliseconds of its work.
+// "but:" and names. Prints the size of the copy and, per piece, its name and the milliseconds of
+// its work.
 
 #include "engine/lossless/claim.h"
 #include "engine/lossless/objectstreams.h"

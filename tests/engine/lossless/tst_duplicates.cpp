@@ -26,7 +26,6 @@ private slots:
     void leaves();
     void sharedWithAnAppearance();
     void insideAnAppearance();
-    void fontPrograms();
 };
 
 namespace {
@@ -288,24 +287,6 @@ void TestDuplicates::insideAnAppearance()
     const QByteArray other = "/Annots/1/AP/N/Resources";
     QVERIFY(!areOneInPage(document, one + "/XObject/L", other + "/XObject/L"));
     QVERIFY(areOneInPage(document, one + "/Font/F", other + "/Font/F"));
-}
-
-void TestDuplicates::fontPrograms()
-{
-    const QByteArray fonts = "/A << /FontDescriptor 6 0 R >> /B << /FontDescriptor 7 0 R >>";
-    const QByteArray bytes =
-        page("/XObject << /A 10 0 R /B 11 0 R >>",
-             {"<< /Type /FontDescriptor /FontFile2 8 0 R >>",
-              "<< /Type /FontDescriptor /FontFile2 9 0 R >>", pdfStream("/Length1 3", "abc"),
-              pdfStream("/Length1 3", "abc"), image(), image()})
-            .replace("/F 5 0 R", "/F 5 0 R " + fonts);
-    parsed::Document document(bytes);
-    engine::mergeEqualFontPrograms(document, {});
-    const QByteArray path = "/Resources/Font";
-    QVERIFY(areOneInPage(document, path + "/A/FontDescriptor/FontFile2",
-                         path + "/B/FontDescriptor/FontFile2"));
-    QVERIFY(!areOneInPage(document, path + "/A/FontDescriptor", path + "/B/FontDescriptor"));
-    QVERIFY(!areOneInPage(document, "/Resources/XObject/A", "/Resources/XObject/B"));
 }
 
 QTEST_GUILESS_MAIN(TestDuplicates)

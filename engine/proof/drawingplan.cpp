@@ -112,7 +112,8 @@ std::uintmax_t Drawing::mostBytes() const
 
 double comparisonResolution(double lowestAsked)
 {
-    return std::clamp(lowestAsked / 3, 18.0, 50.0);
+    constexpr double highest = 50;
+    return lowestAsked > 0 ? std::clamp(lowestAsked / 3, 18.0, highest) : highest;
 }
 
 std::vector<Drawing> drawingPlan(const std::set<int> &pages, const std::vector<PageView> &views,

@@ -19,8 +19,8 @@ struct Drawing
 };
 
 /// The resolution, in dpi, at which images are compared that a line makes smaller, for the lowest
-/// that it asks for. Three pixels of an image for each of a picture leave nothing of a sampling's
-/// faults; at 50 dpi, 10 points are seven pixels.
+/// that it asks for (0: for none). Three pixels of an image for each of a picture leave nothing of
+/// a sampling's faults; at 50 dpi, 10 points are seven pixels.
 double comparisonResolution(double lowestAsked);
 
 /// Splits the pages in the set among so many processes or more: none draws so many that their

@@ -243,7 +243,7 @@ void TestProof::mutants()
     const QByteArray original = documents::withParts(parts);
     parts.content = copied;
     const QByteArray copy = documents::withParts(parts);
-    for (const double resolution : {comparisonResolution(150), comparisonResolution(0)}) {
+    for (const double resolution : {comparisonResolution(150), comparisonResolution(1)}) {
         ProofSettings drawn = settings();
         drawn.resolution = resolution;
         QCOMPARE(failed(prove(copy, original, {font(5), smallImage}, drawn)), QList<int>{5});
@@ -496,6 +496,7 @@ void TestProof::resolution()
     QCOMPARE(comparisonResolution(1200), 50.0);
     QCOMPARE(comparisonResolution(72), 24.0);
     QCOMPARE(comparisonResolution(9), 18.0);
+    QCOMPARE(comparisonResolution(0), 50.0);
 }
 
 QTEST_GUILESS_MAIN(TestProof)

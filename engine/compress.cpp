@@ -1,6 +1,7 @@
 #include "compress.h"
 
 #include "files/draft.h"
+#include "files/inputfile.h"
 #include "files/output.h"
 #include "files/privatefolder.h"
 #include "process/child.h"
@@ -10,24 +11,12 @@
 #include "system/failure.h"
 #include "system/platform.h"
 
-#include <fcntl.h>
+#include <optional>
 #include <sys/stat.h>
 
 namespace engine {
 
 namespace {
-
-// Not waiting: a pipe that nobody fills is no document.
-Descriptor openFile(const std::string &path)
-{
-    Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-    struct stat entry = {};
-    if (!file || fstat(file.get(), &entry) != 0)
-        throw Failure::ofSystem(path);
-    if (!S_ISREG(entry.st_mode))
-        throw Failure(path + ": not a file");
-    return file;
-}
 
 // On the disk that takes the copy, where that knows files without a name. Ghostscript opens it once
 // more, by its channel, whatever the user's umask takes away.
@@ -52,25 +41,26 @@ void makeCopy(const Run &run)
 void compress(const Request &request, const Settings &settings)
 {
     // In this order: an output that doesn't exist yet must not become an input that does.
-    const Descriptor document = openFile(request.input);
-    const Descriptor mark = request.mark.empty() ? Descriptor() : openFile(request.mark);
-    Output output(request.output);
+    const InputFile document(request.input);
+    const auto mark = request.mark.empty() ? std::nullopt : std::optional<InputFile>(request.mark);
     const PrivateFolder privateFolder;
-    Draft draft(output, privateFolder);
+    Output output(request.output, privateFolder.record());
+    Draft draft(output, privateFolder.record());
     Children children(settings.limits);
     const Run run = {
         .request = request,
         .settings = settings,
         .folder = privateFolder,
         .children = children,
-        .document = document.get(),
-        .mark = mark.get(),
+        .document = document.descriptor(),
+        .mark = mark ? mark->descriptor() : -1,
         .draft = draft.file(),
         .newFile = [&] { return scratchFile(output, privateFolder); },
     };
     makeCopy(run);
     if (signals::endRequest() != 0)
         throw Failure("ended by a signal", 128 + signals::endRequest());
+    document.expectUnchanged();
     draft.publish(output);
 }
 

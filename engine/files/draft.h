@@ -1,22 +1,20 @@
 #pragma once
 
+#include "fileid.h"
 #include "output.h"
-#include "privatefolder.h"
+#include "record.h"
 #include "system/descriptor.h"
 
 #include <string>
 
 namespace engine {
 
-/// Whether a file name is one that a draft may have.
-bool isDraftName(const std::string &name);
-
 /// The copy in the making, in the output's folder but without a name as far as the file system
 /// allows: no reader finds it, and it can't outlive a killed run.
 class Draft
 {
 public:
-    Draft(const Output &output, const PrivateFolder &privateFolder);
+    Draft(const Output &output, const Record &record);
     ~Draft();
     Draft(const Draft &) = delete;
     Draft &operator=(const Draft &) = delete;
@@ -27,14 +25,16 @@ public:
     void publish(Output &output);
 
 private:
-    void giveName(bool unnamed);
-    void save() const;
+    void giveName();
+    bool take(const std::string &name);
+    void save();
 
-    const PrivateFolder &m_privateFolder;
+    const Record &m_record;
     int m_folder;
     std::string m_folderPath;
     std::string m_name;
     Descriptor m_file;
+    std::optional<FileId> m_id;
 };
 
 } // namespace engine

@@ -2,12 +2,13 @@
 
 namespace engine::signals {
 
-/// From now on the signals that ask corvgs to end, and those about its children, only wake who
-/// polls wakeDescriptor(). A signal that was ignored stays so; a message that nobody reads
-/// (SIGPIPE) is ignored, because the window may be closed while the engine works.
+/// From now on every signal that would end corvgs and that can be caught, and those about its
+/// children, only wake who polls wakeDescriptor(). A signal that was ignored or has a handler stays
+/// so, and a fault of corvgs's own still ends it; a message that nobody reads (SIGPIPE) is ignored,
+/// because the window may be closed while the engine works.
 void catchAll();
 
-/// In a child: every signal does again what it does to any program.
+/// In a child: what catchAll() changed is as it is in any program.
 void restoreAll();
 
 /// Readable when a signal came; clearWake() makes it unreadable again.

@@ -28,6 +28,10 @@ Descriptor openUnnamedFile(int folder);
 /// Gives an unnamed file a name that must be free; false (and errno) if it can't.
 bool nameFile(int file, int folder, const std::string &name);
 
+/// Lets two files of a folder change names, in one step; false (and errno) if it can't: EINVAL,
+/// ENOSYS or EOPNOTSUPP where the system or the file system doesn't know how.
+bool exchangeFiles(int folder, const std::string &one, const std::string &other);
+
 /// Becomes the program, whose path serves where there is no descriptor (-1) or where it doesn't.
 /// Returns only on failure.
 void execute(int program, const std::string &path, char *const argv[]);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <cstdio>
 #include <ctime>
 #include <elf.h>
 #include <fcntl.h>
@@ -48,6 +49,11 @@ bool nameFile(int file, int folder, const std::string &name)
 {
     const std::string link = "/proc/self/fd/" + std::to_string(file);
     return linkat(AT_FDCWD, link.c_str(), folder, name.c_str(), AT_SYMLINK_FOLLOW) == 0;
+}
+
+bool exchangeFiles(int folder, const std::string &one, const std::string &other)
+{
+    return renameat2(folder, one.c_str(), folder, other.c_str(), RENAME_EXCHANGE) == 0;
 }
 
 void execute(int program, const std::string &path, char *const argv[])

@@ -36,6 +36,12 @@ bool nameFile(int, int, const std::string &)
     return false;
 }
 
+bool exchangeFiles(int, const std::string &, const std::string &)
+{
+    errno = EOPNOTSUPP;
+    return false;
+}
+
 void execute(int, const std::string &path, char *const argv[])
 {
     execve(path.c_str(), argv, environ);

@@ -79,6 +79,8 @@ bool Output::isPlaceholder(const std::string &name) const
 
 void Output::replaceBy(const std::string &name)
 {
+    if (!idOf(m_folder.get(), m_name))
+        throw Failure("the copy's name was removed by somebody else: " + m_path);
     if (!isPlaceholder(m_name))
         throw nameTaken();
     if (!exchange(name) &&

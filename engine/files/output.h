@@ -30,7 +30,8 @@ public:
 
     /// Puts the file of that name in the same folder in the placeholder's place, in one step.
     /// Throws a Failure with nameTakenStatus if what has the name by now isn't the placeholder, or
-    /// is no longer empty: it stays, whatever it is. Where the system can't exchange two files in
+    /// is no longer empty: it stays, whatever it is. A placeholder
+    /// that was removed is no place for a copy either. Where the system can't exchange two files in
     /// one step (platform::exchangeFiles), what somebody puts there between the last look and the
     /// renaming, some microseconds, is lost.
     void replaceBy(const std::string &name);

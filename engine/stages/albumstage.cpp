@@ -113,7 +113,7 @@ void AlbumStage::finish()
     const ChildResult result = m_run.children.wait(m_ghostscript);
     m_isUsable = m_report.albumPages > 0 && endedWell(result) && !result.warned &&
                  pagesWritten(result) == m_report.albumPages;
-    if (result.interrupted || m_report.albumPages == 0)
+    if (result.interrupted || result.couldNotWrite || m_report.albumPages == 0)
         expectSuccess(result);
     else if (!m_isUsable)
         expectSuccess(m_run.children.wait(startGhostscript(false)));

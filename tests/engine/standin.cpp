@@ -11,7 +11,6 @@
 //   fill            writes 48 MiB into the file and waits for ever
 //   fill-hidden     the same into a temporary file that it has removed
 //   fill-many       the same into 48 temporary files
-//   talk-on         says mebibytes without end
 //   talk            says a mebibyte and becomes Ghostscript
 //   unfolder        removes what is in the folder, and the folder, and becomes Ghostscript
 
@@ -210,13 +209,6 @@ int talk()
     return becomeGhostscript();
 }
 
-int talkOn()
-{
-    const std::string line(1023, 'x');
-    for (;;)
-        std::puts(line.c_str());
-}
-
 int unfolder()
 {
     std::error_code ignored;
@@ -235,7 +227,6 @@ const std::map<std::string, std::function<int()>> behaviours = {
     {"fill-hidden", fillHidden},
     {"fill-many", fillMany},
     {"talk", talk},
-    {"talk-on", talkOn},
     {"unfolder", unfolder},
 };
 

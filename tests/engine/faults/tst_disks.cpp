@@ -59,7 +59,7 @@ void TestDisks::almostFullDisk()
     bench.environment.insert(u"DRIVER_RESERVE"_s, u"24"_s);
     const Run run = runOnTinyDisk(bench, u"size=4m"_s, bench.out(), Bench::driver(Bench::Confined));
     QCOMPARE(run.errors, QByteArray());
-    QCOMPARE(run.output, QByteArray("a.pdf\n"));
+    QVERIFY2(run.output.endsWith("\na.pdf\n"), run.output);
     QCOMPARE(run.status, 0);
 }
 
@@ -80,7 +80,7 @@ void TestDisks::fullFolder()
     write(bench.in(u"a.pdf"_s), samplePdf(3, 800));
     const Run run = runOnTinyDisk(bench, u"size=4m"_s, bench.out());
     QCOMPARE(run.status, 0);
-    QCOMPARE(run.output, QByteArray("a.pdf\n"));
+    QVERIFY2(run.output.endsWith("\na.pdf\n"), run.output);
     QCOMPARE(bench.run(lineOf(bench)).status, 0);
     QCOMPARE_GT(QFileInfo(bench.out(u"a.pdf"_s)).size(), 200 * 1024);
 }

@@ -48,7 +48,7 @@ void TestLimits::talkingWithoutEnd()
 {
     Bench bench;
     write(bench.in(u"a.pdf"_s), samplePdf());
-    const Run run = bench.runStandin(u"talk-on"_s, Bench::Confined);
+    const Run run = bench.runStandin(u"flood"_s, Bench::Confined);
     verifyFailure(run, "Ghostscript talked without end");
     QVERIFY2(run.output.size() < 20'000, qPrintable(QString::number(run.output.size())));
     QVERIFY(run.output.endsWith("[Ghostscript says more, which is left out]\n"));

@@ -4,12 +4,14 @@ import xml.etree.ElementTree as ElementTree
 from .objects import entry, text
 
 RDF = "{http://www.w3.org/1999/02/22-rdf-syntax-ns#}"
-# A writer's own marks, and the history of editing, which no reader shows.
+# A writer's own marks, its palettes, and the history of editing, which no reader shows.
 OF_WRITERS = ("{http://ns.adobe.com/xap/1.0/mm/}", "{http://ns.adobe.com/pdf/1.3/}Producer",
               "{http://ns.adobe.com/xap/1.0/}ModifyDate",
               "{http://ns.adobe.com/xap/1.0/}MetadataDate",
               "{http://ns.adobe.com/xap/1.0/}Thumbnails",
-              "{http://ns.adobe.com/photoshop/1.0/}History")
+              "{http://ns.adobe.com/xap/1.0/t/pg/}SwatchGroups",
+              "{http://ns.adobe.com/photoshop/1.0/}History",
+              "{http://ns.adobe.com/photoshop/1.0/}DocumentAncestors")
 
 
 def information(document):

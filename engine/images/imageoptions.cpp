@@ -92,8 +92,8 @@ bool ClassOptions::downsamples(double dpi) const
 
 bool ImageOptions::monoByGhostscript() const
 {
-    return mono.sampling == Sampling::Subsample || mono.filter == ImageFilter::RunLength ||
-           mono.filter == ImageFilter::Fax;
+    return mono.filter == ImageFilter::RunLength || mono.filter == ImageFilter::Fax ||
+           (mono.filter == ImageFilter::Flate && mono.sampling == Sampling::Subsample);
 }
 
 ImageOptions imageOptionsOf(const Words &words)
@@ -112,7 +112,7 @@ Words albumWords(const Words &words)
 {
     const ImageOptions options = imageOptionsOf(words);
     const Switches mono("Mono");
-    const bool own = !options.monoByGhostscript() || options.mono.filter == ImageFilter::Jbig2;
+    const bool own = !options.monoByGhostscript();
     Words album;
     std::copy_if(
         words.begin(), words.end(), std::back_inserter(album),

@@ -14,7 +14,7 @@ constexpr std::size_t deepest = 40;
 constexpr std::size_t mostContent = std::size_t(512) << 20;
 
 // What it takes to begin with a content, in the bytes that could be read instead.
-constexpr std::size_t costOfOne = 1000;
+constexpr std::size_t costOfOne = 5000;
 
 // Bytes of contents that are kept because they may be shown again.
 constexpr std::size_t mostKept = std::size_t(32) << 20;

@@ -108,6 +108,7 @@ private slots:
     void leftAlone();
     void softMask_data();
     void softMask();
+    void softMaskOverColourKey();
     void otherKeysStay();
     void shownOften();
     void excluded();
@@ -381,6 +382,21 @@ void TestImages::softMask()
         const double difference = pictures::difference(pictures::drawn(reader, result.document),
                                                        pictures::drawn(reader, original));
         QVERIFY2(difference < 8, std::to_string(difference).c_str());
+    }
+}
+
+// Readers go by the soft mask where there is a colour key as well.
+void TestImages::softMaskOverColourKey()
+{
+    const QByteArray original =
+        page({flateImage("/DeviceRGB", 3, 8, "/Mask [0 255 0 255 0 255] /SMask 6 0 R"),
+              flateImage("/DeviceGray", 1)});
+    const auto result = shrinking::shrunk(original);
+    QCOMPARE(result.taken.touched.size(), 2U);
+    for (const Reader reader : {Reader::Poppler, Reader::Mutool}) {
+        const auto expected = pictures::drawn(reader, original);
+        QVERIFY(!pictures::isPlain(expected.value(0)));
+        QVERIFY(pictures::difference(pictures::drawn(reader, result.document), expected) < 8);
     }
 }
 

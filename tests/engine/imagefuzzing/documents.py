@@ -17,7 +17,7 @@ def make(random, path):
         broken = random.random() < 0.15
         if broken:
             _break(random, random.choice(stock))
-        _save(random, pdf, path)
+        _save(random, pdf, path, broken)
     return not broken
 
 
@@ -49,15 +49,17 @@ def _turn(random, page):
         page.MediaBox = Array([-50, -20, 295, 295])
 
 
-def _save(random, pdf, path):
+def _save(random, pdf, path, broken):
     way = random.random()
     options = {"object_stream_mode": random.choice((pikepdf.ObjectStreamMode.disable,
                                                     pikepdf.ObjectStreamMode.generate)),
-               "compress_streams": random.random() < 0.7, "static_id": way >= 0.05}
-    if way < 0.05:
+               # The library looks into what it compresses or encrypts; broken streams don't bear it.
+               "compress_streams": random.random() < 0.7 and not broken,
+               "static_id": broken or way >= 0.05}
+    if way < 0.05 and not broken:
         options["encryption"] = pikepdf.Encryption(owner="owner", user="", R=random.choice((4, 6)))
     else:
-        # As it stands: filters and chains are what is tried. Encryption doesn't allow that.
+        # As they stand: filters and chains are what is tried.
         options["stream_decode_level"] = pikepdf.StreamDecodeLevel.none
         options["linearize"] = way < 0.1
     pdf.save(path, **options)

@@ -71,9 +71,17 @@ std::uint32_t fewer(std::uint32_t edge, double share)
     return std::clamp(std::uint32_t(std::lround(edge * share)), 1U, edge);
 }
 
+// How many pixels of an edge become one. A page is rarely cut to the pixel: 599.9 dpi are twice
+// 300.
+std::uint32_t factorOf(double dpi, const ClassOptions &options)
+{
+    constexpr double slack = 0.02;
+    return options.downsamples(dpi) ? std::uint32_t(dpi / options.resolution + slack) : 1;
+}
+
 std::optional<Bitmap> sampled(const Bitmap &bitmap, double dpi, const ClassOptions &options)
 {
-    const auto factor = std::uint32_t(dpi / options.resolution);
+    const std::uint32_t factor = factorOf(dpi, options);
     const std::uint32_t width = (bitmap.width() - 1) / factor + 1;
     const std::uint32_t height = (bitmap.height() - 1) / factor + 1;
     return options.sampling == Sampling::Subsample ? subsampled(bitmap, width, height)
@@ -125,7 +133,7 @@ std::optional<Bitmap> pixelsFromAlbum(QPDFObjectHandle written, const ImageFacts
 std::optional<SmallerImage> smallerBilevel(const Bitmap &bitmap, double dpi,
                                            const ClassOptions &options)
 {
-    if (!options.downsamples(dpi))
+    if (factorOf(dpi, options) < 2)
         return encoded(bitmap, options);
     const auto small = sampled(bitmap, dpi, options);
     return small ? std::optional(encoded(*small, options)) : std::nullopt;

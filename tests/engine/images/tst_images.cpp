@@ -7,6 +7,7 @@
 #include "shrinking.h"
 
 #include "engine/formats/jbig2.h"
+#include "engine/images/smallerimage.h"
 
 #include <QTest>
 
@@ -104,6 +105,8 @@ private slots:
     void smaller();
     void bilevel_data();
     void bilevel();
+    void bilevelFactors_data();
+    void bilevelFactors();
     void leftAlone_data();
     void leftAlone();
     void softMask_data();
@@ -258,6 +261,32 @@ void TestImages::bilevel()
         const double difference =
             pictures::difference(pictures::drawn(reader, result.document), expected);
         QVERIFY2(difference < 16, std::to_string(difference).c_str());
+    }
+}
+
+void TestImages::bilevelFactors_data()
+{
+    QTest::addColumn<double>("dpi");
+    QTest::addColumn<int>("edge"); // of 1000
+    QTest::newRow("few") << 449.0 << 1000;
+    QTest::newRow("more, but not twice as many") << 450.0 << 1000;
+    QTest::newRow("nearly twice as many") << 599.9 << 500;
+    QTest::newRow("twice as many") << 600.0 << 500;
+    QTest::newRow("nearly three times as many") << 880.0 << 500;
+    QTest::newRow("three times as many") << 900.0 << 334;
+}
+
+void TestImages::bilevelFactors()
+{
+    QFETCH(double, dpi);
+    for (const auto sampling : {engine::Sampling::Subsample, engine::Sampling::Bicubic}) {
+        engine::ClassOptions options;
+        options.sampling = sampling;
+        options.resolution = 300;
+        const auto smaller = engine::smallerBilevel(bitmap(1000), dpi, options);
+        QVERIFY(smaller);
+        QTEST(int(smaller->width), "edge");
+        QTEST(int(smaller->height), "edge");
     }
 }
 

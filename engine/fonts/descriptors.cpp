@@ -1,7 +1,7 @@
 #include "descriptors.h"
 
 #include "compositefont.h"
-#include "pdf/streams.h"
+#include "lossless/claim.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -32,12 +32,9 @@ void setTagAt(QPDFObjectHandle dictionary, const char *key, const std::string &t
             key, QPDFObjectHandle::newName("/" + tag + "+" + withoutTag(name.getName()).substr(1)));
 }
 
-// Metadata may be compressed, but for those of PDF/A-1.
 bool claimsPdfA(QPDF &document)
 {
-    QPDFObjectHandle metadata = document.getRoot().getKey("/Metadata");
-    const auto bytes = metadata.isStream() ? decodedBytesOf(metadata) : std::nullopt;
-    return bytes && bytes->find("pdfaid") != std::string::npos;
+    return claimedStandard(document).value_or("").rfind("PDF/A", 0) == 0;
 }
 
 std::string bitsOf(const std::set<unsigned> &cids)

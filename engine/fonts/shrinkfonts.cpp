@@ -3,6 +3,7 @@
 #include "descriptors.h"
 #include "fieldfonts.h"
 #include "formats/deflate.h"
+#include "lossless/claim.h"
 #include "pagebox.h"
 #include "pdf/streams.h"
 #include "shownglyphs.h"
@@ -76,6 +77,8 @@ public:
         , m_options(options)
         , m_excluded(excluded)
     {
+        // All standards ask for the programs.
+        m_options.leaveOutStandard14 = options.leaveOutStandard14 && !claimedStandard(document);
         walkContent(document, m_uses);
     }
 

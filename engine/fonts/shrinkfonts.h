@@ -13,8 +13,8 @@ struct FontOptions
     bool subset = false;
     bool compress = true; ///< false: the programs are written as they are, without a filter
 
-    /// The programs of the standard fourteen fonts are left out; not for a document that claims a
-    /// standard, which asks for them.
+    /// The programs of the standard fourteen fonts are left out, unless the document claims a
+    /// standard such as PDF/A, which asks for them.
     bool leaveOutStandard14 = false;
 };
 

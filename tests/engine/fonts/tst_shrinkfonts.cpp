@@ -103,6 +103,14 @@ Font composite(Font font, const QByteArray &descendant, const QByteArray &entrie
     return font;
 }
 
+Rest pdfA1()
+{
+    return {.catalogue = "/Metadata 9 0 R",
+            .objects = {pdfStream("/Type /Metadata /Subtype /XML",
+                                  "<rdf:Description><pdfaid:part>1</pdfaid:part>"
+                                  "<pdfaid:conformance>B</pdfaid:conformance></rdf:Description>")}};
+}
+
 // By number in makefonts.py; the first and the last are kept where numbers stay.
 std::set<unsigned> keeping(std::set<unsigned> glyphs)
 {
@@ -130,6 +138,7 @@ private slots:
     void plainProgramsHaveNoFilter();
     void standardFontsAreLeftOut_data();
     void standardFontsAreLeftOut();
+    void standardThatAsksForProgramsKeepsThem();
     void pagesAreNamed();
     void sameInputSameOutput();
 };
@@ -351,13 +360,12 @@ void TestShrinkFonts::listsFit()
 void TestShrinkFonts::standardThatAsksForListsGetsThem()
 {
     const Font font = composite(simple(u"unicode.ttf"_s), "/Subtype /CIDFontType2");
-    const QByteArray metadata = pdfStream("/Type /Metadata /Subtype /XML", "<pdfaid:part>1<");
     const auto hasList = [&](const Rest &rest) {
         parsed::Document made(shrunk(showing(text("0003"), font, rest)).copy);
         return made->getObjectByID(7, 0).hasKey("/CIDSet");
     };
     QVERIFY(!hasList({}));
-    QVERIFY(hasList({.catalogue = "/Metadata 9 0 R", .objects = {metadata}}));
+    QVERIFY(hasList(pdfA1()));
 }
 
 void TestShrinkFonts::excludedStays()
@@ -418,6 +426,14 @@ void TestShrinkFonts::standardFontsAreLeftOut()
     QCOMPARE(descriptor.hasKey("/FontFile3"), !isLeftOut);
     QCOMPARE(descriptor.getKey("/FontName").getName().find('+') == std::string::npos,
              isLeftOut || !name.contains('+'));
+}
+
+void TestShrinkFonts::standardThatAsksForProgramsKeepsThem()
+{
+    const Font font = compact(u"named.cff"_s, "/Type1C", type1 + "/Encoding /WinAnsiEncoding");
+    QByteArray document = showing(text("42"), font, pdfA1());
+    document.replace("/Triangles", "/Helvetica");
+    QVERIFY(shrunk(document, {.leaveOutStandard14 = true}).result.leftOut.empty());
 }
 
 void TestShrinkFonts::pagesAreNamed()

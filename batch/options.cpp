@@ -36,8 +36,7 @@ constexpr OptionRow rows[] = {
     {"set",         "KEY=VALUE", "one option's value, such as Image/ColorRes=100; may be repeated"},
     {"report",      "FILE",      "write what happens to each file, as JSON Lines"},
     {"resume",      nullptr,     "go on with the report: what is done is not done again"},
-    {"shard",       "I/N",       "only the I-th of N parts of the list; auto or auto/N: the part of "
-                                 "this task of a job array"},
+    {"shard",       "I/N",       "only the I-th of N parts of the list; auto: this task's part"},
     {"dry-run",     nullptr,     "only say which copies would be made"},
     {"keep-dates",  nullptr,     "give each copy the dates of its original"},
     {"quiet",       nullptr,     "say nothing but what failed"},

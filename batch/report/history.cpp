@@ -10,6 +10,15 @@ namespace batch {
 
 namespace {
 
+// A long report's results are all kept: without what nobody asks for, and each reason only once.
+Result kept(Result result, QSet<QString> &reasons)
+{
+    result.output.clear();
+    result.copy.clear();
+    result.reason = *reasons.insert(result.reason);
+    return result;
+}
+
 void take(const Line &line, History &history)
 {
     const Result &result = line.result;
@@ -27,7 +36,7 @@ void take(const Line &line, History &history)
         if (history.results.contains(result.input))
             history.twice.append(result.input);
         else
-            history.results.insert(result.input, result);
+            history.results.insert(result.input, kept(result, history.reasons));
         break;
     }
 }

@@ -16,9 +16,10 @@ namespace batch {
 /// What a report says has happened.
 struct History
 {
-    QHash<QString, Result> results; ///< by input, the first of each
+    QHash<QString, Result> results; ///< by input, the first of each; without output and copy
     QHash<QString, QString> begun;  ///< input and output of starts that nothing followed
     QStringList twice;              ///< inputs with more than one result
+    QSet<QString> reasons;          ///< of all failures
 };
 
 /// Takes the report's whole lines, from where the file stands, into the history. Gives the length

@@ -7,9 +7,12 @@ from .tools import Pipe
 
 RESOLUTION = 72
 BLOCK = 4  # pixels
-# In levels of 256. A block's mean moves by up to 26 where a scan has half its resolution and JPEG's
-# traces, and by 32 where a black line of half a point is missing from it.
-LEVELS = 28
+# In levels of 256. The brightness of a block's mean moves by up to 28 where a scan has half its
+# resolution and JPEG's traces, and by 32 where a black line of half a point is missing from it.
+LEVELS = 30
+# A single colour moves further where JPEG keeps colours more coarsely than brightness.
+COLOUR_LEVELS = 48
+BRIGHTNESS = (0.3, 0.59, 0.11)
 # What a whole page may be brighter or darker in its mean.
 PAGE_LEVELS = 4
 
@@ -41,20 +44,27 @@ def block_means(page, edge=BLOCK):
     return padded.reshape(rows, edge, columns, edge, 3).mean(axis=(1, 3))
 
 
+def apart(means, others):
+    """How far blocks are apart, of which more than LEVELS is too far."""
+    differences = means - others
+    colours = numpy.abs(differences).max(axis=2) * LEVELS / COLOUR_LEVELS
+    return numpy.maximum(numpy.abs(differences @ numpy.array(BRIGHTNESS)), colours)
+
+
 def shifted(page, down, across):
     return numpy.roll(page, (down, across), axis=(0, 1))
 
 
 def block_differences(one, other):
-    """For each block the difference of its mean in the colour where it is greatest. The second page
-    is tried at nine places, as a whole: Ghostscript may move everything by a pixel."""
+    """How far each block is apart. The second page is tried at nine places, as a whole: Ghostscript
+    may move everything by a pixel."""
     means = block_means(one)
     places = sorted(itertools.product((0, 1, -1), repeat=2), key=lambda place: place != (0, 0))
     best = None
     for down, across in places:
-        apart = numpy.abs(means - block_means(shifted(other, down, across))).max(axis=2)
-        if best is None or (apart > LEVELS).sum() < (best > LEVELS).sum():
-            best = apart
+        here = apart(means, block_means(shifted(other, down, across)))
+        if best is None or (here > LEVELS).sum() < (best > LEVELS).sum():
+            best = here
         if best.max(initial=0) <= LEVELS:
             break
     return best
@@ -77,8 +87,8 @@ class Comparison:
             self.complaint = f"size of page {self.pages}"
         elif one.tobytes() != other.tobytes():
             self._add_differences(block_differences(one, other))
-            apart = one.mean(axis=(0, 1)) - other.mean(axis=(0, 1))
-            self.page_level = max(self.page_level, float(numpy.abs(apart).max()))
+            moved = one.mean(axis=(0, 1)) - other.mean(axis=(0, 1))
+            self.page_level = max(self.page_level, float(numpy.abs(moved).max()))
 
     def _add_differences(self, differences):
         self.blocks += int((differences > LEVELS).sum())

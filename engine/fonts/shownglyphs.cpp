@@ -29,7 +29,7 @@ std::optional<Glyphs> shownGlyphs(const EmbeddedProgram &embedded, const FontPro
                                   const FontUses &uses)
 {
     Glyphs all;
-    for (ProgramUser user : embedded.users) {
+    for (const ProgramUser &user : embedded.users) {
         auto glyphs = glyphsOf(user, program, uses.of(user.font));
         if (!glyphs)
             return std::nullopt;

@@ -148,7 +148,7 @@ private:
     void note(const EmbeddedProgram &embedded, std::vector<TouchedPart> &parts)
     {
         std::set<int> pages;
-        for (ProgramUser user : embedded.users)
+        for (const ProgramUser &user : embedded.users)
             pages.merge(m_uses.of(user.font).pages);
         for (const int page : pages) {
             const Box box = m_boxes.of(page);

@@ -1,14 +1,34 @@
 #include "finish.h"
 
 #include "fonts/shrinkfonts.h"
+#include "formats/xmpedit.h"
 #include "pdf/document.h"
+#include "pdf/streams.h"
 
 namespace engine {
+
+namespace {
+
+// PDF/A allows no passwords.
+void dropPdfaClaim(QPDF &document)
+{
+    QPDFObjectHandle metadata = document.getRoot().getKey("/Metadata");
+    const auto packet = metadata.isStream() ? decodedBytesOf(metadata) : std::nullopt;
+    if (!packet || packet->find("pdfaid") == std::string::npos)
+        return;
+    if (const auto without = withoutPdfaClaim(*packet))
+        metadata.replaceStreamData(*without, QPDFObjectHandle::newNull(),
+                                   QPDFObjectHandle::newNull());
+}
+
+} // namespace
 
 std::uintmax_t finishDraft(const FinishOrder &order)
 {
     Document draft(order.draft, Trust::Own);
     Document original(order.original, Trust::Foreign);
+    if (order.encryption)
+        dropPdfaClaim(draft.pdf());
     if (order.leaveOutStandard14)
         shrinkFonts(draft.pdf(), {.subset = false, .compress = true, .leaveOutStandard14 = true},
                     {});

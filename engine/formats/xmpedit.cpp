@@ -46,6 +46,9 @@ constexpr Property properties[] = {
     {"/Producer", pdf, "pdf", "Producer", Shape::Text},
 };
 
+constexpr const char *pdfaId = "http://www.aiim.org/pdfa/ns/id/";
+constexpr const char *claims[] = {"part", "conformance", "amd", "corr", "rev"};
+
 const xmlChar *text(const char *letters)
 {
     return reinterpret_cast<const xmlChar *>(letters);
@@ -127,6 +130,14 @@ void addTo(xmlNode *description, const Property &property, const std::string &va
         xmlNodeSetLang(item, text("x-default"));
 }
 
+Packet parsed(const std::string &packet)
+{
+    if (packet.size() > INT_MAX)
+        return nullptr;
+    return Packet(xmlReadMemory(packet.data(), int(packet.size()), "", nullptr,
+                                XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING));
+}
+
 // Without the declaration: a packet begins with its own header.
 std::string bytesOf(const Packet &packet)
 {
@@ -143,10 +154,7 @@ std::string bytesOf(const Packet &packet)
 
 std::optional<std::string> changedXmp(const std::string &packet, const DescriptionChanges &changes)
 {
-    if (packet.size() > INT_MAX)
-        return {};
-    const Packet document(xmlReadMemory(packet.data(), int(packet.size()), "", nullptr,
-                                        XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING));
+    const Packet document = parsed(packet);
     const auto descriptions =
         descriptionsIn(document ? rdfIn(xmlDocGetRootElement(document.get())) : nullptr);
     if (descriptions.empty())
@@ -159,6 +167,20 @@ std::optional<std::string> changedXmp(const std::string &packet, const Descripti
             removeFrom(description, property);
         if (!change->second.empty())
             addTo(descriptions.front(), property, change->second);
+    }
+    return bytesOf(document);
+}
+
+std::optional<std::string> withoutPdfaClaim(const std::string &packet)
+{
+    const Packet document = parsed(packet);
+    const auto descriptions =
+        descriptionsIn(document ? rdfIn(xmlDocGetRootElement(document.get())) : nullptr);
+    if (descriptions.empty())
+        return {};
+    for (xmlNode *description : descriptions) {
+        for (const char *claim : claims)
+            removeFrom(description, {nullptr, pdfaId, "pdfaid", claim, Shape::Text});
     }
     return bytesOf(document);
 }

@@ -15,4 +15,7 @@ using DescriptionChanges = std::map<std::string, std::string>;
 /// others stay. Nothing for what is no XMP packet.
 std::optional<std::string> changedXmp(const std::string &packet, const DescriptionChanges &changes);
 
+/// The XMP packet without the claim to be PDF/A. Nothing for what is no XMP packet.
+std::optional<std::string> withoutPdfaClaim(const std::string &packet);
+
 } // namespace engine

@@ -102,8 +102,10 @@ private:
     bool holds(Effort effort)
     {
         m_draft.make(effort, m_failed);
-        if (m_draft.choice() == Choice::Original)
-            return true; // which needs no proof
+        // The original needs no proof, unless it is damaged: then somebody has to be able to read
+        // it.
+        if (m_draft.choice() == Choice::Original && !m_draft.report().damaged)
+            return true;
         const ProofResult result = m_proof.compare(m_draft.file(), m_draft.touched());
         m_isReadable = result.readable;
         m_isUnexplained =

@@ -24,17 +24,17 @@ private slots:
     void formKeepsItsFields();
     void oddFormKeepsItsFields_data();
     void oddFormKeepsItsFields();
-    void wrongCountIsMended_data();
-    void wrongCountIsMended();
+    void wrongCountIsDamage_data();
+    void wrongCountIsDamage();
     void ownEntriesStay();
     void formWithPassword();
     void formWithDescription();
-    void warned();
-    void doubtedAndDamaged();
+    void ghostscriptIsNotAsked();
+    void damagedForm();
     void pagesAreNotTurned();
     void attachmentStays();
-    void hiddenLayersStay_data();
-    void hiddenLayersStay();
+    void layersStay_data();
+    void layersStay();
     void linksStay();
     void whatIsAskedOfViewersStays();
     void destinationsStay_data();
@@ -179,22 +179,22 @@ void TestPromises::oddFormKeepsItsFields()
     QVERIFY(content.contains("(name)"));
 }
 
-// Viewers show as many pages as the page tree claims.
-void TestPromises::wrongCountIsMended_data()
+// Viewers show as many pages as the page tree claims, so no copy shows what the original shows.
+void TestPromises::wrongCountIsDamage_data()
 {
     QTest::addColumn<QByteArray>("count");
     for (const char *count : {"-1", "0 ", "7 "})
         QTest::newRow(count) << QByteArray(count);
 }
 
-void TestPromises::wrongCountIsMended()
+void TestPromises::wrongCountIsDamage()
 {
     QFETCH(QByteArray, count);
     const Bench bench;
     const Copies copy = copyOf(bench, documents::form().replace("/Count 1 ", "/Count " + count));
-    QCOMPARE(copy.run.status, 0);
-    QCOMPARE(pagesOf(copy.path), 1);
-    QVERIFY(plainSyntax(copy.path).contains("/T (name)"));
+    QVERIFY(copy.run.status > 0);
+    QVERIFY2(copy.run.errors.endsWith(": the document is damaged\n"), copy.run.errors);
+    QCOMPARE(Bench::namesIn(bench.out()), QStringList());
 }
 
 void TestPromises::ownEntriesStay()
@@ -242,13 +242,12 @@ void TestPromises::formWithDescription()
 }
 
 // Ghostscript alone leaves a blank page and is content.
-void TestPromises::warned()
+void TestPromises::ghostscriptIsNotAsked()
 {
     const QByteArray original = documents::unreadableForGhostscript();
     const Bench bench;
     const Copies copy = copyOf(bench, original);
     QCOMPARE(copy.run.status, 0);
-    QVERIFY(copy.run.output.contains("may be incorrect"));
     QCOMPARE(outputOf(u"pdftotext"_s, {copy.path, u"-"_s}).trimmed(), QByteArray("A line of text"));
     const Bench other;
     const Copies described = copyOf(other, original, {}, "[ /Title (Accounts) /DOCINFO pdfmark");
@@ -256,7 +255,8 @@ void TestPromises::warned()
     QCOMPARE(plainSyntax(described.path).count("/Kids"), 1);
 }
 
-void TestPromises::doubtedAndDamaged()
+// A form that breaks off stays as it is; the text beside it does, too.
+void TestPromises::damagedForm()
 {
     documents::Parts parts;
     parts.trailer = "/Info 2 0 R";
@@ -266,9 +266,11 @@ void TestPromises::doubtedAndDamaged()
                                QByteArray::fromHex("789c4b4c4a"))};
     const Bench bench;
     const Copies copy = copyOf(bench, documents::withParts(parts));
-    QVERIFY(copy.run.status > 0);
-    QCOMPARE(Bench::namesIn(bench.out()), QStringList());
-    QVERIFY(copy.run.errors.contains("corvgs: "));
+    QCOMPARE(copy.run.errors, QByteArray());
+    QCOMPARE(copy.run.status, 0);
+    QCOMPARE(pagesOf(copy.path), 1);
+    QCOMPARE(outputOf(u"pdftotext"_s, {copy.path, u"-"_s}),
+             outputOf(u"pdftotext"_s, {bench.in(u"a.pdf"_s), u"-"_s}));
 }
 
 void TestPromises::pagesAreNotTurned()
@@ -294,21 +296,18 @@ void TestPromises::attachmentStays()
              QByteArray("a;b\n1;2\n"));
 }
 
-void TestPromises::hiddenLayersStay_data()
+void TestPromises::layersStay_data()
 {
     QTest::addColumn<QByteArray>("state");
-    QTest::addColumn<bool>("hidden");
-    QTest::newRow("off") << QByteArray("/OFF [6 0 R]") << true;
-    QTest::newRow("off unless on") << QByteArray("/BaseState /OFF") << true;
-    QTest::newRow("on") << QByteArray("/BaseState /OFF /ON [6 0 R]") << false;
-    QTest::newRow("on as well") << QByteArray("/OFF []") << false;
+    QTest::newRow("off") << QByteArray("/OFF [6 0 R]");
+    QTest::newRow("off unless on") << QByteArray("/BaseState /OFF");
+    QTest::newRow("on") << QByteArray("/BaseState /OFF /ON [6 0 R]");
+    QTest::newRow("on as well") << QByteArray("/OFF []");
 }
 
-// One that is shown is drawn into its page.
-void TestPromises::hiddenLayersStay()
+void TestPromises::layersStay()
 {
     QFETCH(QByteArray, state);
-    QFETCH(bool, hidden);
     documents::Parts parts;
     parts.content = "/OC /L BDC " + QByteArray("0 0 m 9 9 l S ").repeated(2000) + "EMC";
     parts.resources = "/Properties << /L 6 0 R >>";
@@ -317,7 +316,8 @@ void TestPromises::hiddenLayersStay()
     const Bench bench;
     const QByteArray syntax = plainSyntax(copyOf(bench, documents::withParts(parts)).path);
     QVERIFY(syntax.count("0 0 m") > 0);
-    QCOMPARE(syntax.contains("/OCG"), hidden);
+    QVERIFY(syntax.contains("/OCG"));
+    QVERIFY(syntax.contains("/OCProperties"));
 }
 
 void TestPromises::linksStay()
@@ -339,7 +339,6 @@ void TestPromises::whatIsAskedOfViewersStays()
     const Bench bench;
     const QByteArray syntax =
         plainSyntax(copyOf(bench, documents::withParts(parts)).path).simplified();
-    QVERIFY(syntax.contains("/Producer (GPL Ghostscript"));
     for (const char *entry : {"/Lang (ar)", "/PageLayout /TwoColumnRight", "/PageMode /UseThumbs",
                               "/Direction /R2L", "/Duplex /Simplex", "/Nums [ 0 << /S /r >>"})
         QVERIFY2(syntax.contains(entry), entry);
@@ -391,8 +390,6 @@ void TestPromises::textInUtf8()
                                "[ /Title (Zo\xc3\xab \xe5\xa0\xb1\xe5\x91\x8a) /DOCINFO pdfmark");
     const QByteArray info = outputOf(u"pdfinfo"_s, {u"-enc"_s, u"UTF-8"_s, copy.path});
     QVERIFY2(info.contains("Zo\xc3\xab \xe5\xa0\xb1\xe5\x91\x8a\n"), info);
-    QVERIFY(outputOf(u"pdfinfo"_s, {u"-meta"_s, copy.path})
-                .contains("Zo\xc3\xab \xe5\xa0\xb1\xe5\x91\x8a</rdf:li>"));
 }
 
 void TestPromises::scanKeepsItsStream()

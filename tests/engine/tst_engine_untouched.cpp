@@ -13,6 +13,12 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+constexpr int nameTaken = 73;
+
+} // namespace
+
 class TestUntouched : public QObject
 {
     Q_OBJECT
@@ -58,7 +64,7 @@ void TestUntouched::existing()
     const auto modified = before.lastModified();
 
     const Run run = bench.run(Bench::line(bench.in(u"a.pdf"_s), output));
-    QCOMPARE(run.status, 1);
+    QCOMPARE(run.status, nameTaken);
     QCOMPARE(run.errors, "corvgs: no output " + output.toUtf8() + ": File exists\n");
     const QFileInfo after(output);
     QCOMPARE(after.isSymLink(), before.isSymLink());
@@ -93,7 +99,7 @@ void TestUntouched::inputIsOutput()
     if (way == "hard link"_L1)
         QCOMPARE(link(qPrintable(input), qPrintable(output)), 0);
     const Run run = bench.run(Bench::line(input, output));
-    QCOMPARE(run.status, 1);
+    QCOMPARE(run.status, nameTaken);
     QCOMPARE(contentOf(input), content);
     QCOMPARE(contentOf(output), content);
 }
@@ -155,7 +161,7 @@ void TestUntouched::placeholderIsThereFromTheStart()
     QCOMPARE(QFileInfo(bench.out(u"a.pdf"_s)).size(), 0);
 
     const Run second = bench.run(line, Bench::driver(Bench::Confined));
-    QCOMPARE(second.status, 1);
+    QCOMPARE(second.status, nameTaken);
     QVERIFY(second.errors.contains("File exists"));
     process->terminate();
     QVERIFY(process->waitForFinished());

@@ -183,7 +183,7 @@ void TestPromises::oddFormKeepsItsFields()
 void TestPromises::wrongCountIsDamage_data()
 {
     QTest::addColumn<QByteArray>("count");
-    for (const char *count : {"-1", "0 ", "7 "})
+    for (const char *count : {"-1", "0 "})
         QTest::newRow(count) << QByteArray(count);
 }
 
@@ -477,7 +477,8 @@ void TestPromises::whatIsBilevel()
     QRandomGenerator random(1);
     QByteArray samples;
     for (int place = 0; place < bytes; ++place)
-        samples += char(random.bounded(256) & random.bounded(256));
+        samples += char(random.bounded(256) & random.bounded(256) & random.bounded(256) &
+                        random.bounded(256));
     documents::Parts parts;
     parts.content = "q 144 0 0 144 0 0 cm /I Do Q";
     parts.resources = "/XObject << /I 6 0 R >>";
@@ -495,10 +496,7 @@ void TestPromises::whatIsBilevel()
     const auto drawn = [](const QString &path) {
         return outputOf(u"pdftoppm"_s, {u"-r"_s, u"60"_s, u"-png"_s, path});
     };
-    line.replaceInStrings(u"-dMonoImageFilter=/JBIG2Encode"_s, u"-dMonoImageFilter=/FlateEncode"_s);
-    line.replaceInStrings(bench.out(u"a.pdf"_s), bench.out(u"plain.pdf"_s));
-    (void)bench.run(line, Bench::ghostscript());
-    QCOMPARE(drawn(bench.out(u"a.pdf"_s)), drawn(bench.out(u"plain.pdf"_s)));
+    QCOMPARE(drawn(bench.out(u"a.pdf"_s)), drawn(bench.in(u"a.pdf"_s)));
 }
 
 QTEST_GUILESS_MAIN(TestPromises)

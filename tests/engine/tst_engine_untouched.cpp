@@ -65,7 +65,7 @@ void TestUntouched::existing()
 
     const Run run = bench.run(Bench::line(bench.in(u"a.pdf"_s), output));
     QCOMPARE(run.status, nameTaken);
-    QCOMPARE(run.errors, "corvgs: no output " + output.toUtf8() + ": File exists\n");
+    QCOMPARE(run.errors, "corvgs: the name of the copy is taken: " + output.toUtf8() + "\n");
     const QFileInfo after(output);
     QCOMPARE(after.isSymLink(), before.isSymLink());
     QCOMPARE(after.lastModified(), modified);
@@ -162,7 +162,7 @@ void TestUntouched::placeholderIsThereFromTheStart()
 
     const Run second = bench.run(line, Bench::driver(Bench::Confined));
     QCOMPARE(second.status, nameTaken);
-    QVERIFY(second.errors.contains("File exists"));
+    QVERIFY(second.errors.contains("is taken"));
     process->terminate();
     QVERIFY(process->waitForFinished());
     QCOMPARE(Bench::namesIn(bench.out()), QStringList());

@@ -82,8 +82,8 @@ void Console::sayEnd()
         return write(m_tally.line(left()));
     if (!m_options.quiet)
         write(m_tally.text(left()).toLocal8Bit() + '\n');
-    for (const QString &failure : m_tally.failures())
-        complain(failure);
+    for (const Failure &failure : m_tally.failures())
+        complain(failure.text());
 }
 
 void Console::showProgress()

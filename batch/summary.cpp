@@ -61,8 +61,8 @@ ExitCode summarise(const Options &options)
         tally.take(result);
     const QStringList begun = unfinished(all);
     write(options.json ? tally.line(begun.size()) : tally.text(begun.size()).toLocal8Bit() + '\n');
-    for (const QString &failure : tally.failures())
-        complain(failure);
+    for (const Failure &failure : tally.failures())
+        complain(failure.text());
     complainOf(begun, u"begun and not done"_s);
     complainOf(all.twice, u"done more than once"_s);
     const bool isGood = tally.failed() == 0 && begun.isEmpty() && all.twice.isEmpty();

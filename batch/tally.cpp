@@ -4,11 +4,15 @@
 
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QStringList>
 
 using namespace Qt::StringLiterals;
 
 namespace batch {
+
+QString Failure::text() const
+{
+    return input + ": "_L1 + reason;
+}
 
 void Tally::take(const Result &result)
 {
@@ -48,14 +52,6 @@ QByteArray Tally::line(qsizetype left) const
         {u"after"_s, m_after},
     };
     return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
-}
-
-QStringList Tally::failures() const
-{
-    QStringList lines;
-    for (const Failure &failure : m_failures)
-        lines.append(failure.input + ": "_L1 + failure.reason);
-    return lines;
 }
 
 } // namespace batch

@@ -8,6 +8,15 @@
 
 namespace batch {
 
+struct Failure
+{
+    QString input;
+    QString reason;
+
+    /// Both in one line.
+    [[nodiscard]] QString text() const;
+};
+
 /// What a run has brought so far.
 class Tally
 {
@@ -22,16 +31,9 @@ public:
     [[nodiscard]] QString text(qsizetype left = 0) const;
     /// The same as a JSON line.
     [[nodiscard]] QByteArray line(qsizetype left = 0) const;
-    /// One line for each failure: the file and the reason.
-    [[nodiscard]] QStringList failures() const;
+    [[nodiscard]] const std::vector<Failure> &failures() const { return m_failures; }
 
 private:
-    struct Failure
-    {
-        QString input;
-        QString reason;
-    };
-
     qsizetype m_succeeded = 0;
     qint64 m_before = 0; // of what succeeded
     qint64 m_after = 0;

@@ -305,7 +305,8 @@ void TestBatchPieces::tally()
     QCOMPARE(tally.text(), "2 files: 1 compressed, 1 failed; 816.0 KB to 130.5 KB, 84 % saved");
     QCOMPARE(tally.text(3),
              "5 files: 1 compressed, 1 failed, 3 left; 816.0 KB to 130.5 KB, 84 % saved");
-    QCOMPARE(tally.failures(), QStringList("/in/a: corvgs: no"));
+    QCOMPARE(tally.failures().size(), 1U);
+    QCOMPARE(tally.failures().front().text(), "/in/a: corvgs: no");
     QCOMPARE(tally.line(3), "{\"after\":130545,\"before\":815992,\"event\":\"totals\",\"failed\":1,"
                             "\"files\":5,\"left\":3,\"succeeded\":1}\n");
 }

@@ -15,6 +15,7 @@ class TestBatchSamples : public QObject
 private slots:
     void allSucceed();
     void engineSaysWhatIsWrong();
+    void twoRunsTakeNamesFromEachOther();
 };
 
 void TestBatchSamples::allSucceed()
@@ -51,6 +52,34 @@ void TestBatchSamples::engineSaysWhatIsWrong()
     QCOMPARE(end.status, 1);
     QCOMPARE(sandbox.outputs(), QStringList());
     QCOMPARE(sandbox.temporaryFiles(), QStringList());
+}
+
+// Each looks for free names while the other's engines take them.
+void TestBatchSamples::twoRunsTakeNamesFromEachOther()
+{
+    const Sandbox sandbox;
+    QStringList words[2];
+    for (int i = 0; i < 8; ++i) {
+        const QString name = sandbox.inputFolder() + QString("/%1/%2/a.pdf").arg(i % 2).arg(i);
+        QVERIFY(QDir().mkpath(QFileInfo(name).path()));
+        QVERIFY(QFile::copy(SAMPLES_FOLDER "/text.pdf", name));
+        words[i % 2].append(name);
+    }
+    const QStringList output = {"--output", sandbox.outputFolder(), "--jobs", "2"};
+    BatchRun one(BATCH, output + words[0]);
+    BatchRun other(BATCH, output + words[1]);
+    const BatchEnd ends[] = {one.wait(), other.wait()};
+    for (const BatchEnd &end : ends) {
+        QCOMPARE(end.errors, QString());
+        QCOMPARE(end.status, 0);
+    }
+    QStringList expected;
+    for (int zeros = 0; zeros < 8; ++zeros)
+        expected.append('a' + QString(zeros, '0') + ".pdf");
+    QStringList found = sandbox.outputs();
+    found.sort();
+    expected.sort();
+    QCOMPARE(found, expected);
 }
 
 QTEST_GUILESS_MAIN(TestBatchSamples)

@@ -53,7 +53,7 @@ def _save(random, pdf, path, broken):
     way = random.random()
     options = {"object_stream_mode": random.choice((pikepdf.ObjectStreamMode.disable,
                                                     pikepdf.ObjectStreamMode.generate)),
-               # The library looks into what it compresses or encrypts; broken streams don't bear it.
+               # The library reads what it compresses or encrypts, and stumbles over broken streams.
                "compress_streams": random.random() < 0.7 and not broken,
                "static_id": broken or way >= 0.05}
     if way < 0.05 and not broken:

@@ -45,9 +45,9 @@ def block_means(page, edge=BLOCK):
 
 
 def apart(means, others):
-    """How far blocks are apart, of which more than LEVELS is too far."""
+    """How far blocks, or pages, are apart: in brightness, or in a colour on its own scale."""
     differences = means - others
-    colours = numpy.abs(differences).max(axis=2) * LEVELS / COLOUR_LEVELS
+    colours = numpy.abs(differences).max(axis=-1) * LEVELS / COLOUR_LEVELS
     return numpy.maximum(numpy.abs(differences @ numpy.array(BRIGHTNESS)), colours)
 
 
@@ -87,8 +87,8 @@ class Comparison:
             self.complaint = f"size of page {self.pages}"
         elif one.tobytes() != other.tobytes():
             self._add_differences(block_differences(one, other))
-            moved = one.mean(axis=(0, 1)) - other.mean(axis=(0, 1))
-            self.page_level = max(self.page_level, float(numpy.abs(moved).max()))
+            moved = apart(one.mean(axis=(0, 1)), other.mean(axis=(0, 1)))
+            self.page_level = max(self.page_level, float(moved))
 
     def _add_differences(self, differences):
         self.blocks += int((differences > LEVELS).sum())

@@ -133,7 +133,6 @@ ExitCode compress(const Options &options)
     if (options.dryRun)
         return dryRun(options, plan);
     std::optional<ReportFile> report;
-    QHash<QString, Result> results;
     Console console(options, plan.versions, static_cast<qsizetype>(plan.files.size()));
     if (options.report)
         report.emplace(*options.report, options.resume);

@@ -88,12 +88,11 @@ void Console::sayEnd()
 
 void Console::showProgress()
 {
-    if (m_onTerminal)
-        writeError("\r" +
-                   progressText(m_tally, m_tally.files() - m_earlier, left(),
-                                static_cast<double>(m_timer.elapsed()) / 1000)
-                       .toLocal8Bit() +
-                   "\033[K");
+    if (!m_onTerminal)
+        return;
+    const double seconds = static_cast<double>(m_timer.elapsed()) / 1000;
+    const qsizetype fresh = m_tally.files() - m_earlier;
+    writeError('\r' + progressText(m_tally, fresh, left(), seconds).toLocal8Bit() + "\033[K");
 }
 
 void Console::clearProgress()

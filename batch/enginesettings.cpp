@@ -32,7 +32,7 @@ void checkOwner(const QString &file)
 
 QString checkedSettings(const std::optional<QString> &settingsFile)
 {
-    const QString path = settingsFile.value_or(core::settingsFilePath());
+    QString path = settingsFile.value_or(core::settingsFilePath());
     checkOwner(path);
     if (settingsFile && !QFileInfo(path).isFile())
         throw Refusal(u"no settings file: "_s + path);
@@ -50,7 +50,7 @@ QString checkedMarkFile(const QString &settings)
 core::Values storedValues(const QString &path)
 {
     const QSettings settings(path, QSettings::IniFormat);
-    const core::Values values = core::engineValues(settings);
+    core::Values values = core::engineValues(settings);
     if (settings.status() != QSettings::NoError)
         throw Refusal(u"%1 can't be read as settings"_s.arg(path));
     return values;

@@ -28,9 +28,9 @@ void add(const History &history, History &all)
 QStringList unfinished(const History &history)
 {
     QStringList inputs;
-    for (const QString &input : history.begun.keys()) {
-        if (!history.results.contains(input))
-            inputs.append(input);
+    for (auto begun = history.begun.begin(); begun != history.begun.end(); ++begun) {
+        if (!history.results.contains(begun.key()))
+            inputs.append(begun.key());
     }
     return inputs;
 }

@@ -168,7 +168,7 @@ InputFiles inputFiles(const InputChoice &choice)
 {
     Collector collector(choice);
     for (const QString &path : choice.paths) {
-        if (path.isEmpty() || !QFileInfo(path).exists())
+        if (path.isEmpty() || !QFileInfo::exists(path))
             throw Refusal(u"no such file or folder: "_s + path);
     }
     for (const QString &path : choice.paths)

@@ -257,7 +257,7 @@ void TestBatchPieces::lastLine()
     QTEST(whole.text(), "text");
     QTEST(whole.ownText(), "own");
     batch::LastLine inPieces;
-    for (const char byte : stream)
+    for (const char byte : std::as_const(stream))
         inPieces.take(QByteArray(1, byte));
     QTEST(inPieces.text(), "text");
     QTEST(inPieces.ownText(), "own");

@@ -155,7 +155,7 @@ void TestBatchRun::takenMeanwhile()
     QCOMPARE(m_sandbox->outputs(), QStringList("a00.pdf"));
     QCOMPARE(column(lines(), "event"),
              QStringList({"run", "start", "release", "start", "release", "start", "result"}));
-    const QJsonObject result = lines().last();
+    const QJsonObject result = lines().constLast();
     QCOMPARE(result.value("output").toString(), m_sandbox->outputPath("a00.pdf"));
 }
 
@@ -236,7 +236,7 @@ void TestBatchRun::verdicts()
     QCOMPARE(end.status, reason.isEmpty() ? 0 : 1);
     QCOMPARE(end.errors,
              reason.isEmpty() ? QString() : "corvane-batch: " + input + ": " + reason + '\n');
-    const QJsonObject result = lines().last();
+    const QJsonObject result = lines().constLast();
     QCOMPARE(result.value("verdict").toString(), reason.isEmpty() ? "Succeed" : "Failed");
     QCOMPARE(result.value("reason").toString(), reason);
     QCOMPARE(result.value("after").toInteger(), reason.isEmpty() ? bytes : 0);
@@ -248,7 +248,7 @@ void TestBatchRun::reportSaysWhatBecameTheCopy()
 {
     m_engine->behave({.says = "corvgs: something\nPage 1\ncorvgs: the original, untouched\n"});
     QCOMPARE(run({"--report", m_report, m_sandbox->addInput("a.pdf")}).status, 0);
-    QCOMPARE(lines().last().value("copy").toString(), "corvgs: the original, untouched");
+    QCOMPARE(lines().constLast().value("copy").toString(), "corvgs: the original, untouched");
 }
 
 void TestBatchRun::report()
@@ -313,7 +313,7 @@ void TestBatchRun::settingsByName()
     const QStringList start = m_engine->starts().value(0);
     QVERIFY(start.contains("-dColorImageResolution=123"));
     QVERIFY(start.contains("-dGrayImageResolution=125"));
-    QCOMPARE(start.last(), folder + "/pdfinfo.txt");
+    QCOMPARE(start.constLast(), folder + "/pdfinfo.txt");
 }
 
 void TestBatchRun::ownOptionsOfTheWindow()
@@ -323,7 +323,7 @@ void TestBatchRun::ownOptionsOfTheWindow()
     QCOMPARE(run({m_sandbox->addInput("a.pdf")}).status, 0);
     const QStringList start = m_engine->starts().value(0);
     QVERIFY(start.contains("-dColorImageResolution=99"));
-    QCOMPARE(start.last(), m_sandbox->markFile());
+    QCOMPARE(start.constLast(), m_sandbox->markFile());
 }
 
 void TestBatchRun::listFromStandardInput()
@@ -396,7 +396,7 @@ void TestBatchRun::json()
     const QList<QJsonObject> said = jsonLines(end.output.toUtf8());
     QCOMPARE(column(said, "event"), QStringList({"start", "result", "start", "result", "totals"}));
     QCOMPARE(said.value(1).value("reason").toString(), "corvgs: no");
-    QCOMPARE(said.last().value("failed").toInteger(), 1);
+    QCOMPARE(said.constLast().value("failed").toInteger(), 1);
     QCOMPARE(end.errors, QString());
     QCOMPARE(end.status, 1);
 }
@@ -481,7 +481,7 @@ void TestBatchRun::summary()
                          "corvane-batch: " +
                              other + ": done more than once\n");
     QCOMPARE(end.status, 1);
-    QCOMPARE(jsonLines(end.output.toUtf8()).last().value("left").toInteger(), 1);
+    QCOMPARE(jsonLines(end.output.toUtf8()).constLast().value("left").toInteger(), 1);
 }
 
 QTEST_GUILESS_MAIN(TestBatchRun)

@@ -9,6 +9,7 @@
 #include "shownglyphs.h"
 #include "standard14.h"
 #include "subset.h"
+#include "system/progress.h"
 
 #include <algorithm>
 
@@ -94,6 +95,7 @@ public:
                 shrink(embedded);
             if (!m_options.compress)
                 unpack(embedded);
+            reportProgress();
         }
         return std::move(m_result);
     }

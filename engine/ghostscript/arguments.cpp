@@ -33,6 +33,17 @@ Words pageReport()
                       " closefile"};
 }
 
+// After each page one byte, which tells one that is slow from one that is lost. Reason 2 is that of
+// a device that ends: no page.
+Words progressReport()
+{
+    const std::string mark = "\\006";
+    return {"-c", "<< /EndPage [ (" + nameOf(reportChannel) +
+                      ") (w) file { 3 -1 roll pop exch 2 ne { dup (" + mark +
+                      ") writestring flushfile true } { pop false } ifelse } /exec load ] cvx >>"
+                      " setpagedevice"};
+}
+
 } // namespace
 
 // The copy is encrypted when it is complete, so no password goes to Ghostscript. It doesn't know
@@ -53,6 +64,7 @@ Words rewritingArguments(const Request &request)
         append(words, {"-sColorConversionStrategy=RGB", "-dPDFACompatibilityPolicy=1"});
     append(words, {"--permit-file-write=" + nameOf(reportChannel),
                    std::string(outputSwitch) + nameOf(draftChannel)});
+    append(words, progressReport());
     if (request.options.pdfa)
         append(words, {"-c", std::string(outputIntentProgram)});
     append(words, {"-f", nameOf(documentChannel)});
@@ -66,6 +78,7 @@ Words albumArguments(Words words, bool hasAlbum, bool hasMark)
 {
     append(words, {"--permit-file-write=" + nameOf(reportChannel),
                    std::string(outputSwitch) + nameOf(draftChannel)});
+    append(words, progressReport());
     if (hasAlbum)
         append(words, {"-f", nameOf(documentChannel)});
     if (hasMark)

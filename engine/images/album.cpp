@@ -3,6 +3,7 @@
 #include "pdf/copywriter.h"
 #include "pdf/foreign.h"
 #include "samples.h"
+#include "system/progress.h"
 
 #include <cstdio>
 #include <qpdf/QPDFObjectHandle.hh>
@@ -144,8 +145,10 @@ AlbumIndex writeAlbum(QPDF &document, const std::vector<SurveyedImage> &images,
     if (index.empty())
         return index;
     Album album(document);
-    for (std::size_t page = 0; page < shown.size(); ++page)
+    for (std::size_t page = 0; page < shown.size(); ++page) {
         album.add(*shown[page], index[page].object);
+        reportProgress();
+    }
     album.write(file);
     return index;
 }

@@ -3,6 +3,7 @@
 #include "pdf/foreign.h"
 #include "pdf/streams.h"
 #include "smallerimage.h"
+#include "system/progress.h"
 
 #include <map>
 #include <qpdf/QPDFPageObjectHelper.hh>
@@ -138,6 +139,7 @@ TakenImages takeImages(QPDF &document, QPDF *album, const AlbumIndex &index,
     for (const SurveyedImage &image : surveyImages(document)) {
         if (excluded.count(image.object) == 0)
             taker.take(image);
+        reportProgress();
     }
     return taker.taken();
 }

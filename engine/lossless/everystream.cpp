@@ -1,6 +1,7 @@
 #include "everystream.h"
 
 #include "pdf/walk.h"
+#include "system/progress.h"
 
 #include <qpdf/QPDFExc.hh>
 
@@ -15,6 +16,7 @@ void forEveryStream(QPDF &document, const std::function<void(QPDFObjectHandle)> 
             work(object);
         } catch (const QPDFExc &) {
         }
+        reportProgress();
     }
 }
 

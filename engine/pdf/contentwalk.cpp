@@ -2,6 +2,7 @@
 
 #include "contentnesting.h"
 #include "pageboxes.h"
+#include "system/progress.h"
 
 #include <optional>
 #include <qpdf/QPDFPageObjectHelper.hh>
@@ -62,8 +63,10 @@ public:
     void walk()
     {
         int index = 0;
-        for (const auto &page : m_document.getAllPages())
+        for (const auto &page : m_document.getAllPages()) {
             walkPage(page, index++);
+            reportProgress();
+        }
         m_nesting.enterPage({});
         QPDFObjectHandle form = m_document.getRoot().getKey("/AcroForm");
         if (form.isDictionary())

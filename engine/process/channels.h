@@ -12,13 +12,16 @@ enum Channel : int {
     markChannel = 5,              ///< the document information mark
     indexChannel = 6,             ///< which image each page of the album shows
     reportChannel = 7,            ///< a pipe for what a child has to say to corvgs alone
-    programChannel = 8,           ///< Ghostscript's executable, closed when it starts
     ghostscriptOutputChannel = 9, ///< what Ghostscript made
     originalReadingChannel = 10,  ///< what a reader made of the original
     copyReadingChannel = 11,      ///< what a reader made of the draft
     touchedChannel = 12,          ///< the parts of a draft that were made smaller
     viewsChannel = 13,            ///< how a reader shows the pages
     firstFreeChannel = 14,
+
+    /// The executable that the child becomes, closed when it starts. Far from the others: no
+    /// descriptor that the program opens may ever have this number (limitDescriptors).
+    programChannel = 200,
 };
 
 inline std::string nameOf(Channel channel)

@@ -5,6 +5,7 @@
 #include "system/failure.h"
 #include "system/platform.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
@@ -24,12 +25,16 @@ constexpr std::uintmax_t mostSaid = std::uintmax_t(4) << 20;
 // else open: no rule keeps it from what it has inherited.
 void placeChannels(std::vector<std::pair<int, int>> channels)
 {
+    const bool hasProgram = std::any_of(channels.begin(), channels.end(), [](const auto &entry) {
+        return entry.first == programChannel;
+    });
+    const int spare = hasProgram ? programChannel + 1 : int(firstFreeChannel);
     for (auto &[channel, descriptor] : channels)
-        descriptor = fcntl(descriptor, F_DUPFD_CLOEXEC, firstFreeChannel);
-    platform::closeRange(STDERR_FILENO + 1, firstFreeChannel - 1);
+        descriptor = fcntl(descriptor, F_DUPFD_CLOEXEC, spare);
+    platform::closeRange(STDERR_FILENO + 1, spare - 1);
     for (const auto &[channel, descriptor] : channels)
         dup2(descriptor, channel);
-    platform::closeRange(firstFreeChannel, std::numeric_limits<int>::max());
+    platform::closeRange(spare, std::numeric_limits<int>::max());
     fcntl(programChannel, F_SETFD, FD_CLOEXEC);
 }
 
@@ -45,7 +50,7 @@ ChildProcess::ChildProcess(ChildTask task, const Limits &limits)
     , m_output(Relay::to(MessageWriter(STDOUT_FILENO), m_task.name, phrasesOf(m_task)))
     , m_errors(Relay::to(MessageWriter(STDERR_FILENO), m_task.name, phrasesOf(m_task)))
     , m_report(Relay::keeping(reportRoom))
-    , m_stall(limits.stall)
+    , m_stall(limits)
     , m_disk(m_task.disks, limits.reserve)
 {
     const pid_t parent = getpid();
@@ -122,13 +127,13 @@ std::string ChildProcess::violation()
     const std::uintmax_t bytes = written();
     if (bytes > m_task.mostWritten)
         return "wrote far more than a copy of the document takes";
-    if (m_output.taken() + m_errors.taken() + m_report.taken() > mostSaid)
+    if (m_output.taken() + m_errors.taken() > mostSaid)
         return "talked without end";
     if (m_disk.isFillingUp())
         return "was about to fill the disk";
     const auto burnt = platform::processorTimeOf(m_process);
-    if (burnt && m_stall.isStalled(*burnt, bytes))
-        return "used up its time without writing anything";
+    if (burnt)
+        return m_stall.objection(*burnt, {.bytes = bytes, .steps = m_report.marks()});
     return {};
 }
 

@@ -9,9 +9,13 @@ namespace engine {
 /// What an engine may use up before it is taken for lost.
 struct Limits
 {
-    /// Processor time without growth of the copy or of the temporary files. The slowest sound
-    /// documents known take little more than a minute in all; a batch over night can spare five.
-    std::chrono::duration<double> stall = std::chrono::minutes(5);
+    /// Processor time without a byte written or a step done (StallWatch). The slowest sound page
+    /// known takes some fifteen seconds; a person waits a minute for one file.
+    std::chrono::duration<double> stall = std::chrono::minutes(1);
+
+    /// Processor time between two steps, say pages, for a child that writes all the while: a page
+    /// of forms that show each other is written for ever.
+    std::chrono::duration<double> step = std::chrono::minutes(5);
 
     /// Bytes of address space of the engine. Ghostscript itself takes a quarter of a gibibyte and
     /// the bitmap that the window allows 300 MB more; a machine of 8 GiB lives through four.

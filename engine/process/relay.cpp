@@ -1,6 +1,7 @@
 #include "relay.h"
 
 #include "system/failure.h"
+#include "system/progress.h"
 
 #include <algorithm>
 #include <fcntl.h>
@@ -62,9 +63,19 @@ void Relay::take(std::string_view bytes)
 {
     for (PhraseWatch &watch : m_watches)
         watch.take(bytes);
-    m_kept.append(bytes.substr(0, m_room - m_kept.size()));
+    keep(bytes);
     handOn(bytes);
     m_taken += bytes.size();
+}
+
+void Relay::keep(std::string_view bytes)
+{
+    for (const char byte : bytes) {
+        if (byte == progressMark)
+            ++m_marks;
+        else if (m_kept.size() < m_room)
+            m_kept += byte;
+    }
 }
 
 void Relay::handOn(std::string_view bytes)

@@ -26,7 +26,7 @@ public:
     static Relay to(MessageWriter writer, const std::string &name,
                     const std::vector<std::string_view> &phrases);
 
-    /// Keeps the first bytes of what comes.
+    /// Keeps the first bytes of what comes, but for the marks of progress, which it counts.
     static Relay keeping(std::size_t bytes);
 
     [[nodiscard]] int readEnd() const { return m_readEnd.get(); }
@@ -39,6 +39,9 @@ public:
     /// The bytes that have come so far.
     [[nodiscard]] std::uintmax_t taken() const { return m_taken; }
 
+    /// The marks of progress (keeping()) that have come so far.
+    [[nodiscard]] std::uintmax_t marks() const { return m_marks; }
+
     /// Whether one of the phrases was that, and has come.
     [[nodiscard]] bool hasSeen(std::string_view phrase) const;
     [[nodiscard]] const std::string &kept() const { return m_kept; }
@@ -46,6 +49,7 @@ public:
 private:
     Relay();
     void take(std::string_view bytes);
+    void keep(std::string_view bytes);
     void handOn(std::string_view bytes);
 
     Descriptor m_readEnd;
@@ -55,6 +59,7 @@ private:
     std::string m_kept;
     std::string m_name;
     std::uintmax_t m_taken = 0;
+    std::uintmax_t m_marks = 0;
     std::vector<PhraseWatch> m_watches;
 };
 

@@ -2,13 +2,18 @@
 
 namespace engine {
 
-bool StallWatch::isStalled(Time burnt, std::uintmax_t written)
+std::string StallWatch::objection(Time burnt, const Progress &progress)
 {
-    if (written != m_written) {
-        m_written = written;
-        m_lastGrowth = burnt;
-    }
-    return burnt - m_lastGrowth >= m_limit;
+    if (progress.steps != m_progress.steps)
+        m_lastStep = burnt;
+    if (progress != m_progress)
+        m_lastProgress = burnt;
+    m_progress = progress;
+    if (burnt - m_lastProgress >= m_stall)
+        return "used up its time without getting on";
+    if (burnt - m_lastStep >= m_step)
+        return "used up its time on one page";
+    return {};
 }
 
 } // namespace engine

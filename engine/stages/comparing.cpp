@@ -4,6 +4,7 @@
 #include "confinement/memorylimit.h"
 #include "process/channels.h"
 #include "system/filesize.h"
+#include "system/progress.h"
 #include "system/writing.h"
 
 #include <unistd.h>
@@ -17,8 +18,9 @@ constexpr std::uintmax_t longestAnswer = 16 << 20;
 
 int compareConfined(const Comparing &work, std::uintmax_t memory)
 {
-    confine({});
     limitOwnMemory(memory);
+    confine({});
+    reportProgressTo(reportChannel);
     try {
         writeAll(draftChannel, linesOf(work(copyReadingChannel, originalReadingChannel)));
         return 0;

@@ -6,6 +6,7 @@
 #include "process/signals.h"
 #include "system/failure.h"
 #include "system/filesize.h"
+#include "system/progress.h"
 #include "system/writing.h"
 
 #include <algorithm>
@@ -41,8 +42,9 @@ int workConfined(const ConfinedFiles &files, const Limits &limits,
     AccessPolicy policy;
     policy.readableDescriptors = channelsOf(files.readable);
     policy.writableDescriptors = channelsOf(files.writable);
-    confine(policy);
     limitOwnMemory(limits.memory);
+    confine(policy);
+    reportProgressTo(reportChannel);
     writeAll(reportChannel, answerTo(work));
     return 0;
 }

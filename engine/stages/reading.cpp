@@ -3,6 +3,7 @@
 #include "confinement/processlimits.h"
 #include "process/channels.h"
 #include "program.h"
+#include "system/filesize.h"
 
 #include <cstdio>
 #include <fcntl.h>
@@ -49,6 +50,7 @@ ChildTask taskOf(const Command &command, int document, int output, const ReaderL
     task.channels = {
         {draftChannel, output}, {documentChannel, document}, {programChannel, program->get()}};
     task.body = [program, command, limits] { return becomeReader(command, limits); };
+    task.written = [output] { return sizeOf(output); };
     task.disks = {output};
     return task;
 }

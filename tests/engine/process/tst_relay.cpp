@@ -79,6 +79,7 @@ private slots:
     void handsOnTheBeginning();
     void seesPhrasesInAll();
     void keepsTheBeginning();
+    void countsMarks();
     void silentReader();
     void readerByDrops();
     void interrupted();
@@ -144,6 +145,16 @@ void TestRelay::keepsTheBeginning()
     relay.takeAll();
     QCOMPARE(relay.kept(), std::string("abcde"));
     QVERIFY(relay.readEnd() >= 0);
+}
+
+void TestRelay::countsMarks()
+{
+    engine::Relay relay = engine::Relay::keeping(5);
+    const std::string text = "a\006\006b\006";
+    QCOMPARE(write(relay.writeEnd(), text.data(), text.size()), ssize_t(text.size()));
+    relay.takeAll();
+    QCOMPARE(relay.kept(), std::string("ab"));
+    QCOMPARE(relay.marks(), std::uintmax_t(3));
 }
 
 void TestRelay::silentReader()

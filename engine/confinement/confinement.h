@@ -17,7 +17,9 @@ struct AccessPolicy
     bool morePrograms = false; ///< whatever is executable may be started, any number of times
 };
 
-/// Confines this process and what it becomes, for good, as far as the system can. Returns what is
+/// Confines this process and what it becomes, for good, as far as the system can. Its limits can't
+/// be changed any more; one that starts no program may do little more than compute, and read and
+/// write what is open. Returns what is
 /// in force, in one line of English; where that is less than everything the process runs all the
 /// same.
 std::string confine(const AccessPolicy &policy);

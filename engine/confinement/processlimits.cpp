@@ -17,4 +17,10 @@ void limitFileSize(std::uintmax_t bytes)
     setrlimit(RLIMIT_FSIZE, &limit);
 }
 
+void limitDescriptors(int number)
+{
+    const rlimit limit = {rlim_t(number), rlim_t(number)};
+    setrlimit(RLIMIT_NOFILE, &limit);
+}
+
 } // namespace engine

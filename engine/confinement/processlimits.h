@@ -12,4 +12,8 @@ void limitProcessorTime(std::chrono::seconds time);
 /// longer than so many bytes.
 void limitFileSize(std::uintmax_t bytes);
 
+/// From now on the process, and what it becomes, gets no descriptor of that number or a higher one;
+/// those that are open stay.
+void limitDescriptors(int number);
+
 } // namespace engine

@@ -74,8 +74,8 @@ int becomeProgram(const AccessPolicy &policy, const std::string &path,
     for (std::string &word : words)
         argv.push_back(word.data());
     argv.push_back(nullptr);
-    confine(policy);
     limitMemory(memory);
+    confine(policy);
     platform::execute(policy.program, path, argv.data());
     std::fprintf(stderr, "corvgs: %s: %s\n", path.c_str(), std::strerror(errno));
     return notStarted;

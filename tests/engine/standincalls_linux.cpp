@@ -11,6 +11,7 @@
 #include <linux/perf_event.h>
 #include <linux/userfaultfd.h>
 #include <sched.h>
+#include <sys/inotify.h>
 #include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/ptrace.h>
@@ -60,6 +61,33 @@ bool canSetScheduler(pid_t other)
     sched_param parameters = {};
     return sched_getparam(other, &parameters) == 0 &&
            sched_setscheduler(other, sched_getscheduler(other), &parameters) == 0;
+}
+
+// To what it is already.
+bool canSetOwnLimit(pid_t)
+{
+    rlimit limit = {};
+    return getrlimit(RLIMIT_NOFILE, &limit) == 0 &&
+           syscall(SYS_setrlimit, RLIMIT_NOFILE, &limit) == 0;
+}
+
+bool canSetLimitByNumber(pid_t)
+{
+    rlimit limit = {};
+    return getrlimit(RLIMIT_NOFILE, &limit) == 0 && prlimit(0, RLIMIT_NOFILE, &limit, nullptr) == 0;
+}
+
+// The loader, by the one number that may be started, runs whatever file it is given.
+bool canBecomeOtherProgram(pid_t)
+{
+    constexpr int programNumber = 200;
+    const char *arguments[] = {"ld.so", "/bin/sh", "-c", "exit 10", nullptr};
+    for (const char *path : {"/lib64/ld-linux-x86-64.so.2", "/lib/ld-linux-aarch64.so.1"}) {
+        const int loader = open(path, O_RDONLY);
+        if (loader >= 0 && dup2(loader, programNumber) == programNumber)
+            syscall(SYS_execveat, programNumber, "", arguments, environ, AT_EMPTY_PATH);
+    }
+    return false;
 }
 
 bool canReadProcessMemory(pid_t)
@@ -159,6 +187,11 @@ std::map<std::string, std::function<bool(pid_t)>> callAttempts()
          [](pid_t) {
              return syscall(SYS_keyctl, KEYCTL_GET_KEYRING_ID, KEY_SPEC_PROCESS_KEYRING, 1) >= 0;
          }},
+        {"inotify", [](pid_t) { return inotify_init1(0) >= 0; }},
+        {"fanotify", [](pid_t) { return canCall(SYS_fanotify_mark); }},
+        {"own-limits", canSetOwnLimit},
+        {"own-limits-by-number", canSetLimitByNumber},
+        {"other-program", canBecomeOtherProgram},
         {"memory-file", [](pid_t) { return memfd_create("engine", 0) >= 0; }},
     };
 }

@@ -35,6 +35,7 @@ private slots:
 private:
     static void prepare(const Bench &bench);
     static QString filled(QString text, const Bench &bench);
+    static QStringList pdfaLine(const Bench &bench);
 };
 
 void TestBreakout::prepare(const Bench &bench)
@@ -61,6 +62,12 @@ QString TestBreakout::filled(QString text, const Bench &bench)
     for (const auto &[place, path] : places)
         text.replace(place, path);
     return text;
+}
+
+// For PDF/A the whole document goes to Ghostscript, whatever is in it.
+QStringList TestBreakout::pdfaLine(const Bench &bench)
+{
+    return Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), {u"-dPDFA"_s});
 }
 
 // Everything below is only as good as what this line says. A kernel without Landlock fails here,
@@ -239,7 +246,8 @@ void TestBreakout::reachable()
     prepare(bench);
     QVERIFY(QDir().mkdir(bench.home(u".fonts"_s)));
     write(bench.home(u".fonts/mine.ttf"_s), "font");
-    QCOMPARE(bench.runStandin(filled(wish, bench), Bench::Confined).status, 10);
+    bench.setStandin(filled(wish, bench));
+    QCOMPARE(bench.run(pdfaLine(bench), Bench::driver(Bench::Confined)).status, 10);
 }
 
 void TestBreakout::postScript_data()
@@ -320,7 +328,7 @@ void TestBreakout::nothingIsInherited()
                                   u"exec 5<\"$HOME/secret\" 6<\"$HOME/secret\" 9<\"$HOME/secret\"; "
                                   "exec \"$0\" \"$@\""_s,
                                   Bench::driver(confinement)} +
-                          Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s)),
+                          pdfaLine(bench),
                       u"/bin/sh"_s);
         QCOMPARE(run.output, QByteArray("0 1 2 3 4 7 "));
     }
@@ -341,7 +349,7 @@ void TestBreakout::wrapper()
             Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), {u"-sUserPassword=sesame"_s}),
             Bench::driver(confinement));
         QCOMPARE(run.errors, QByteArray());
-        QCOMPARE(run.output, QByteArray("Gs\n"));
+        QVERIFY2(run.output.startsWith("Gs\n"), run.output);
         QCOMPARE(run.status, 0);
         QCOMPARE(pagesOf(bench.out(u"a.pdf"_s), u"sesame"_s), 1);
     }

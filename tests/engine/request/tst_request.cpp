@@ -99,7 +99,7 @@ void TestRequest::arguments_data()
     row("passwords and permissions",
         base + " -sUserPassword=u -sOwnerPassword=o -dPermissions=-8"_L1, base);
     row("JBIG2", base + " -dAutoFilterMonoImages=false -dMonoImageFilter=/JBIG2Encode"_L1,
-        base + " -dAutoFilterMonoImages=false -dMonoImageFilter=/CCITTFaxEncode"_L1);
+        base + " -dAutoFilterMonoImages=false -dMonoImageFilter=/FlateEncode"_L1);
     row("any resolution", base + " -dColorImageResolution=abc -dMonoImageResolution="_L1,
         base + " -dColorImageResolution=abc -dMonoImageResolution="_L1);
 }

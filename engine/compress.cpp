@@ -29,11 +29,12 @@ Descriptor scratchFile(const Output &output, const PrivateFolder &privateFolder)
     return file;
 }
 
-// A document that libqpdf can't open may still be one that Ghostscript makes out.
 void makeCopy(const Run &run)
 {
-    if (run.request.options.pdfa || !keepDocument(run))
+    if (run.request.options.pdfa)
         rewriteDocument(run);
+    else
+        keepDocument(run);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "images/bilevelimages.h"
 #include "lossless/pieces.h"
+#include "pdf/copywriter.h"
 #include "pdf/description.h"
 #include "pdf/document.h"
 #include "pdfa/judgement.h"
@@ -102,16 +103,12 @@ std::uintmax_t writeRewriting(const RewritingOrder &order)
     QPDF &copy = rewriting->pdf();
     QPDF *original = document ? &document->pdf() : nullptr;
     markProducer(copy, order.marked);
-    if (order.pdfa)
-        makePdfa(copy, original, order);
+    makePdfa(copy, original, order);
     if (order.smallestBilevel)
         recodeBilevelImages(copy);
-    applyPieces(copy,
-                {.standard = order.pdfa ? std::optional<std::string>("PDF/A-1") : std::nullopt,
-                 .compressFonts = order.compressFonts});
-    settleDescription(copy, order.pdfa);
+    applyPieces(copy, {.standard = "PDF/A-1", .compressFonts = order.compressFonts});
+    settleDescription(copy, true);
     WriteOptions options;
-    options.encryption = order.encryption;
     options.leastSize = order.leastSize;
     return writeCopy(copy, order.copy, options);
 }

@@ -1,24 +1,20 @@
 #pragma once
 
-#include "pdf/copywriter.h"
-
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
 
 namespace engine {
 
-/// A document as Ghostscript rewrote it as a whole: as PDF/A, or because nobody else could open it.
-/// Files are open descriptors.
+/// A document as Ghostscript rewrote it as a whole, as PDF/A. Files are open descriptors.
 struct RewritingOrder
 {
     int document = -1;
     int rewriting = -1; ///< as Ghostscript wrote it
     int copy = -1;      ///< open for reading and writing
-    bool pdfa = false;
     bool smallestBilevel = false; ///< bilevel images may become JBIG2
     bool compressFonts = true;
-    std::optional<Encryption> encryption = {};
     std::map<std::string, std::string> marked = {}; ///< texts of the document information mark
     std::optional<int> pagesWritten = {};           ///< as Ghostscript's device counted them
     bool warned = false;                            ///< by Ghostscript itself

@@ -10,9 +10,6 @@ struct CopyOptions
     /// Bilevel images may take whatever lossless compression makes them smallest, JBIG2 above all.
     bool smallestBilevel = false;
 
-    /// Bilevel images that are made smaller keep their greys.
-    bool smoothBilevel = false;
-
     bool compressedFonts = true;
 
     /// Font programs keep the glyphs only that are shown.

@@ -100,8 +100,6 @@ CopyOptions optionsOf(const Line &line)
     options.pdfa = has(line.switches, pdfaSwitch);
     options.smallestBilevel =
         has(line.switches, jbig2Switch) || has(line.switches, anyMonoFilterSwitch);
-    options.smoothBilevel =
-        has(line.switches, averageMonoSwitch) || has(line.switches, bicubicMonoSwitch);
     options.compressedFonts = !has(line.switches, plainFontsSwitch);
     options.subsetFonts = has(line.switches, subsetFontsSwitch);
     options.leaveOutStandard14 = has(line.switches, noStandardFontsSwitch);

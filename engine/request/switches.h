@@ -15,8 +15,6 @@ inline constexpr std::string_view plainFontsSwitch = "-dCompressFonts=false";
 inline constexpr std::string_view subsetFontsSwitch = "-dSubsetFonts=true";
 inline constexpr std::string_view noStandardFontsSwitch = "-dEmbedAllFonts=false";
 inline constexpr std::string_view anyMonoFilterSwitch = "-dAutoFilterMonoImages=true";
-inline constexpr std::string_view averageMonoSwitch = "-dMonoImageDownsampleType=/Average";
-inline constexpr std::string_view bicubicMonoSwitch = "-dMonoImageDownsampleType=/Bicubic";
 inline constexpr std::string_view jbig2Switch = "-dMonoImageFilter=/JBIG2Encode";
 
 /// The name of the switch, its equals sign included, if the window may send this argument, with

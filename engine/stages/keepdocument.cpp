@@ -52,18 +52,17 @@ public:
     {
     }
 
-    bool keep()
+    void keep()
     {
         const std::string objection = m_album.survey();
         if (objection.find("invalid password") != std::string::npos)
             throw Failure(m_run.request.input + ": it takes a password to open the document");
         if (!objection.empty())
-            return false;
+            throw Failure(m_run.request.input + ": " + objection);
         if (m_album.report().pages == 0)
             throw Failure(m_run.request.input + ": the document has no pages");
         m_album.start();
         makeCopy();
-        return true;
     }
 
 private:
@@ -157,9 +156,9 @@ private:
 
 } // namespace
 
-bool keepDocument(const Run &run)
+void keepDocument(const Run &run)
 {
-    return Keeper(run).keep();
+    Keeper(run).keep();
 }
 
 } // namespace engine

@@ -5,8 +5,8 @@
 namespace engine {
 
 /// Makes the copy of the document itself, with smaller images and fonts and without what nobody
-/// needs, proven by an independent reader. Says on standard output what was made smaller. False if
-/// libqpdf can't open the document; throws a Failure if there is to be no copy.
-bool keepDocument(const Run &run);
+/// needs, proven by an independent reader. Says on standard output what was made smaller. Throws a
+/// Failure if there is to be no copy, above all where libqpdf can't open the document.
+void keepDocument(const Run &run);
 
 } // namespace engine

@@ -7,7 +7,6 @@
 #include "ghostscript/arguments.h"
 #include "ghostscriptrun.h"
 #include "process/channels.h"
-#include "request/permissions.h"
 #include "system/filesize.h"
 #include "system/wholefile.h"
 
@@ -18,11 +17,10 @@ namespace {
 RewritingOrder orderFor(const Run &run, const ChildResult &ghostscript)
 {
     const Request &request = run.request;
-    RewritingOrder order = {
+    return {
         .document = documentChannel,
         .rewriting = ghostscriptOutputChannel,
         .copy = draftChannel,
-        .pdfa = request.options.pdfa,
         .smallestBilevel = request.options.smallestBilevel,
         .compressFonts = request.options.compressedFonts,
         .marked = markTexts(run.mark >= 0 ? contentOf(run.mark) : std::string()),
@@ -30,9 +28,6 @@ RewritingOrder orderFor(const Run &run, const ChildResult &ghostscript)
         .warned = ghostscript.warned,
         .leastSize = leastSizeFor(sizeOf(run.document)),
     };
-    if (request.passwords.areSet())
-        order.encryption = {request.passwords, revision3Permissions(request.permissions)};
-    return order;
 }
 
 } // namespace

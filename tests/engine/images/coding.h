@@ -5,7 +5,8 @@
 /// Samples, and what codes them.
 namespace coding {
 
-/// Soft shapes with some sharp edges and some grain, another for every component; rows of bytes from the top.
+/// Soft shapes with some sharp edges and some grain, another for every component; rows of bytes
+/// from the top.
 QByteArray samples(int width, int height, int components);
 
 /// The upper bits of every sample, packed in rows; of 16 bits the sample twice.

@@ -132,22 +132,33 @@ void TestRequest::options_data()
     QTest::addColumn<QString>("switches");
     QTest::addColumn<bool>("pdfa");
     QTest::addColumn<bool>("smallestBilevel");
-    QTest::addColumn<bool>("smoothBilevel");
     QTest::addColumn<bool>("compressedFonts");
-    const auto row = [](const char *switches, bool pdfa, bool smallest, bool smooth, bool fonts) {
-        QTest::newRow(switches) << QString::fromLatin1(switches) << pdfa << smallest << smooth
-                                << fonts;
+    QTest::addColumn<bool>("subsetFonts");
+    QTest::addColumn<bool>("leaveOutStandard14");
+    struct Wanted
+    {
+        bool pdfa = false;
+        bool smallestBilevel = false;
+        bool compressedFonts = true;
+        bool subsetFonts = false;
+        bool leaveOutStandard14 = false;
     };
-    row("", false, false, false, true);
-    row(" -dPDFA", true, false, false, true);
-    row(" -dAutoFilterMonoImages=false -dMonoImageFilter=/JBIG2Encode", false, true, false, true);
-    row(" -dAutoFilterMonoImages=true", false, true, false, true);
-    row(" -dAutoFilterMonoImages=false -dMonoImageFilter=/FlateEncode", false, false, false, true);
-    row(" -dMonoImageDownsampleType=/Subsample", false, false, false, true);
-    row(" -dMonoImageDownsampleType=/Average", false, false, true, true);
-    row(" -dMonoImageDownsampleType=/Bicubic", false, false, true, true);
-    row(" -dCompressFonts=true", false, false, false, true);
-    row(" -dCompressFonts=false", false, false, false, false);
+    const auto row = [](const char *switches, const Wanted &wanted) {
+        QTest::newRow(switches) << QString::fromLatin1(switches) << wanted.pdfa
+                                << wanted.smallestBilevel << wanted.compressedFonts
+                                << wanted.subsetFonts << wanted.leaveOutStandard14;
+    };
+    row("", {});
+    row(" -dPDFA", {.pdfa = true});
+    row(" -dAutoFilterMonoImages=false -dMonoImageFilter=/JBIG2Encode", {.smallestBilevel = true});
+    row(" -dAutoFilterMonoImages=true", {.smallestBilevel = true});
+    row(" -dAutoFilterMonoImages=false -dMonoImageFilter=/FlateEncode", {});
+    row(" -dCompressFonts=true", {});
+    row(" -dCompressFonts=false", {.compressedFonts = false});
+    row(" -dSubsetFonts=true", {.subsetFonts = true});
+    row(" -dSubsetFonts=false", {});
+    row(" -dEmbedAllFonts=true", {});
+    row(" -dEmbedAllFonts=false", {.leaveOutStandard14 = true});
 }
 
 void TestRequest::options()
@@ -157,8 +168,9 @@ void TestRequest::options()
     const engine::CopyOptions options = std::get<engine::Request>(plan).options;
     QTEST(options.pdfa, "pdfa");
     QTEST(options.smallestBilevel, "smallestBilevel");
-    QTEST(options.smoothBilevel, "smoothBilevel");
     QTEST(options.compressedFonts, "compressedFonts");
+    QTEST(options.subsetFonts, "subsetFonts");
+    QTEST(options.leaveOutStandard14, "leaveOutStandard14");
 }
 
 void TestRequest::names()

@@ -119,10 +119,11 @@ private:
     {
         std::error_code error;
         const std::vector<Entry> entries = entriesOf(folder, error);
-        if (error)
+        if (error) {
             add({.path = QFile::decodeName(folder.c_str()),
                  .problem =
                      u"the folder can't be read: "_s + QString::fromStdString(error.message())});
+        }
         for (const Entry &entry : entries) {
             const fs::path path = folder / entry.name;
             if (!entry.isFolder)

@@ -29,12 +29,13 @@ void removePlaceholder(const QString &output)
 
 std::optional<Result> recover(const QString &output, const QString &input)
 {
-    if (isWholeCopy(output))
+    if (isWholeCopy(output)) {
         return Result{.input = input,
                       .output = output,
                       .before = QFileInfo(input).size(),
                       .after = QFileInfo(output).size(),
                       .succeeded = true};
+    }
     removePlaceholder(output);
     return std::nullopt;
 }

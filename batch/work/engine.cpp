@@ -26,11 +26,12 @@ QString ghostscriptVersion(const QString &engine)
     if (!process.waitForStarted(-1))
         throw Refusal(u"no engine %1: %2"_s.arg(engine, startError(process)), ExitCode::cannotWork);
     process.waitForFinished(-1);
-    const QString said = QString::fromLocal8Bit(process.readAllStandardOutput()).trimmed();
-    if (process.exitCode() != 0 || said.isEmpty())
+    QString said = QString::fromLocal8Bit(process.readAllStandardOutput()).trimmed();
+    if (process.exitCode() != 0 || said.isEmpty()) {
         throw Refusal(u"the engine can't work: "_s +
                           QString::fromLocal8Bit(process.readAllStandardError()).trimmed(),
                       ExitCode::cannotWork);
+    }
     return said;
 }
 

@@ -98,10 +98,11 @@ void Scheduler::begin(Job &job)
     const InputFile &file = *job.file;
     if (!file.problem.isEmpty())
         return record({.input = file.path, .reason = file.problem});
-    if (!QDir().mkpath(m_plan.folderOf(file)))
+    if (!QDir().mkpath(m_plan.folderOf(file))) {
         return record({.input = file.path,
                        .before = QFileInfo(file.path).size(),
                        .reason = u"the folder %1 can't be made"_s.arg(m_plan.folderOf(file))});
+    }
     startEngine(job);
 }
 

@@ -19,7 +19,7 @@ enum class Choice {
 };
 
 /// What becomes the copy. It is never larger than the original, but where something was asked for
-/// that takes room, and by a twentieth at most where damage was repaired.
+/// that takes room, and by a twentieth, or a kilobyte, at most where damage was repaired.
 Choice choiceOf(const DraftFacts &facts);
 
 /// The bytes that a copy is filled up to if it has fewer: the window takes one of at most 5000

@@ -51,7 +51,7 @@ int objectsIn(const std::vector<TouchedPart> &parts)
 std::vector<TouchedPart> wholePages(QPDF &document)
 {
     std::vector<TouchedPart> parts;
-    for (const PageView &view : pageViewsOf(document))
+    for (const PageView &view : pageViewsOf(document)) {
         parts.push_back({.kind = PartKind::Font,
                          .object = everything,
                          .page = view.page,
@@ -59,6 +59,7 @@ std::vector<TouchedPart> wholePages(QPDF &document)
                          .bottom = view.crop.bottom,
                          .right = view.crop.right,
                          .top = view.crop.top});
+    }
     return parts;
 }
 

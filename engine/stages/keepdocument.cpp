@@ -115,7 +115,8 @@ private:
 
     void takeUnproven()
     {
-        if (!m_isReadable && m_album.report().damaged)
+        // Of a damaged document, each reader makes something else.
+        if (m_album.report().damaged || m_draft.report().damaged)
             throw Failure(m_run.request.input + ": the document is damaged");
         if (m_isReadable && m_draft.isNeeded())
             throw Failure(m_run.request.input + ": a copy would not show what the document shows");

@@ -297,7 +297,8 @@ void TestBreakout::postScriptAsDocument()
     write(bench.in(u"a.pdf"_s), "(" + bench.home(u"secret"_s).toUtf8() +
                                     ") (r) file 9 string readstring pop print flush showpage");
     bench.environment.insert(u"DRIVER_NO_SAFER"_s, u"1"_s);
-    const QStringList line = Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s));
+    const QStringList line =
+        Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), {u"-dPDFA"_s});
     QVERIFY(bench.run(line, Bench::driver(Bench::Unconfined)).output.contains("treasure"));
     QFile::remove(bench.out(u"a.pdf"_s));
     const Run run = bench.run(line, Bench::driver(Bench::Confined));

@@ -30,9 +30,13 @@ void TestChoice::choice_data()
     row("asked for, smaller", {.original = 1000, .draft = 10, .asked = true}, Choice::Draft);
     row("repaired, smaller", {.original = 1000, .draft = 900, .repaired = true}, Choice::Draft);
     row("repaired, as large", {.original = 1000, .draft = 1000, .repaired = true}, Choice::Draft);
-    row("repaired, a twentieth more", {.original = 1000, .draft = 1050, .repaired = true},
+    row("repaired, a twentieth more", {.original = 100'000, .draft = 105'000, .repaired = true},
         Choice::Draft);
-    row("repaired, more than that", {.original = 1000, .draft = 1051, .repaired = true},
+    row("repaired, more than that", {.original = 100'000, .draft = 105'001, .repaired = true},
+        Choice::Original);
+    row("repaired, small, a kilobyte more", {.original = 1000, .draft = 2024, .repaired = true},
+        Choice::Draft);
+    row("repaired, small, more than that", {.original = 1000, .draft = 2025, .repaired = true},
         Choice::Original);
     row("repaired and asked for",
         {.original = 1000, .draft = 2000, .asked = true, .repaired = true}, Choice::Draft);

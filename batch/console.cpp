@@ -14,8 +14,8 @@ namespace {
 QString timeText(double seconds)
 {
     const auto whole = static_cast<qint64>(seconds);
-    const QString minutesAndSeconds =
-        QString::asprintf("%02lld:%02lld", whole / 60 % 60, whole % 60);
+    const QString minutesAndSeconds = u"%1:%2"_s.arg(whole / 60 % 60, 2, 10, QLatin1Char('0'))
+                                          .arg(whole % 60, 2, 10, QLatin1Char('0'));
     return whole < 3600 ? minutesAndSeconds
                         : QString::number(whole / 3600) + u':' + minutesAndSeconds;
 }

@@ -48,7 +48,7 @@ void compress(const Request &request, const Settings &settings)
     Output output(request.output, privateFolder.record());
     Draft draft(output, privateFolder.record());
     Children children(settings.limits);
-    const Run run = {
+    const Run tools = {
         .request = request,
         .settings = settings,
         .folder = privateFolder,
@@ -58,7 +58,7 @@ void compress(const Request &request, const Settings &settings)
         .draft = draft.file(),
         .newFile = [&] { return scratchFile(output, privateFolder); },
     };
-    makeCopy(run);
+    makeCopy(tools);
     if (signals::endRequest() != 0)
         throw Failure("ended by a signal", 128 + signals::endRequest());
     document.expectUnchanged();

@@ -17,22 +17,22 @@ QString shown(const QByteArray &line)
 void LastLine::take(const QByteArray &bytes)
 {
     qsizetype begin = 0;
-    for (auto end = bytes.indexOf('\n'); end >= 0; end = bytes.indexOf('\n', begin)) {
-        this->end(m_begun + bytes.mid(begin, end - begin));
+    for (auto lineEnd = bytes.indexOf('\n'); lineEnd >= 0; lineEnd = bytes.indexOf('\n', begin)) {
+        end(m_begun + bytes.mid(begin, lineEnd - begin));
         m_begun.clear();
-        begin = end + 1;
+        begin = lineEnd + 1;
     }
     m_begun += bytes.mid(begin).left(longest - m_begun.size());
 }
 
 void LastLine::end(const QByteArray &line)
 {
-    const QByteArray text = line.left(longest).trimmed();
-    if (text.isEmpty())
+    const QByteArray trimmed = line.left(longest).trimmed();
+    if (trimmed.isEmpty())
         return;
-    m_last = text;
-    if (text.startsWith(mark))
-        m_own = text;
+    m_last = trimmed;
+    if (trimmed.startsWith(mark))
+        m_own = trimmed;
 }
 
 QString LastLine::ownText() const

@@ -11,8 +11,8 @@ namespace engine {
 struct RewritingOrder
 {
     int document = -1;
-    int rewriting = -1; ///< as Ghostscript wrote it
-    int copy = -1;      ///< open for reading and writing
+    int rewriting = -1;           ///< as Ghostscript wrote it
+    int copy = -1;                ///< open for reading and writing
     bool smallestBilevel = false; ///< bilevel images may become JBIG2
     bool compressFonts = true;
     std::map<std::string, std::string> marked = {}; ///< texts of the document information mark

@@ -22,10 +22,10 @@ Glyphs glyphsOf(const std::multimap<Key, Glyph> &glyphs, const Key &key)
 
 std::optional<FontProgram> FontProgram::of(const std::string &bytes)
 {
-    auto face = Face::of(bytes);
-    if (!face)
+    auto whole = Face::of(bytes);
+    if (!whole)
         return std::nullopt;
-    FontProgram program(std::move(*face));
+    FontProgram program(std::move(*whole));
     if (auto cff = Face::of(program.face().table("CFF ")))
         program.m_faces.push_back(std::move(*cff));
     program.m_names = program.m_faces.back().names();
@@ -46,16 +46,16 @@ bool FontProgram::isBareCff() const
 Glyphs FontProgram::ofCode(unsigned code) const
 {
     Glyphs glyphs;
-    for (const Face &face : m_faces)
-        glyphs.merge(face.ofCode(code));
+    for (const Face &one : m_faces)
+        glyphs.merge(one.ofCode(code));
     return glyphs;
 }
 
 Glyphs FontProgram::ofCharacter(char32_t character) const
 {
     Glyphs glyphs;
-    for (const Face &face : m_faces)
-        glyphs.merge(face.ofCharacter(character));
+    for (const Face &one : m_faces)
+        glyphs.merge(one.ofCharacter(character));
     if (const int code = macCodeOf(character); code >= 0)
         glyphs.merge(face().ofMacCode(unsigned(code)));
     for (const std::string &name : namesOf(character))

@@ -150,13 +150,13 @@ Subset made(const std::string &bytes, Glyph count, const Glyphs &glyphs, const N
 // Whether all that is asked of the subset is what the whole program says.
 bool isFaithful(const Subset &subset, const Face &face, const Needs &needs)
 {
-    const auto made = Face::of(subset.bytes);
-    if (!made || made->isCidKeyed() != face.isCidKeyed() ||
-        (needs.numbers && made->count() != face.count()))
+    const auto result = Face::of(subset.bytes);
+    if (!result || result->isCidKeyed() != face.isCidKeyed() ||
+        (needs.numbers && result->count() != face.count()))
         return false;
     return std::all_of(subset.numbers.begin(), subset.numbers.end(), [&](const auto &entry) {
         return (!needs.numbers || entry.first == entry.second) &&
-               made->drawsLike(entry.second, face, entry.first);
+               result->drawsLike(entry.second, face, entry.first);
     });
 }
 

@@ -1,6 +1,7 @@
 #include "graysampling.h"
 
 #include <algorithm>
+#include <cmath>
 #include <vector>
 
 namespace engine {
@@ -63,7 +64,7 @@ GraySamples averaged(const GraySamples &picture, std::uint32_t width, std::uint3
         for (std::size_t index = 0; index < rows.shares.size(); ++index)
             addRow(rowOf(picture, rows.first + index), across, rows.shares[index], sums);
         for (const float sum : sums)
-            result.samples += char(std::clamp(int(sum / area + 0.5F), 0, 255));
+            result.samples += char(std::clamp(std::lround(sum / area), 0L, 255L));
     }
     return result;
 }
@@ -73,11 +74,11 @@ GraySamples subsampled(const GraySamples &picture, std::uint32_t width, std::uin
     GraySamples result{width, height, {}};
     result.samples.reserve(std::size_t(width) * height);
     for (std::uint32_t row = 0; row < height; ++row) {
-        const auto *samples =
-            rowOf(picture, (2 * std::uint64_t(row) + 1) * picture.height / (2 * height));
+        const auto *samples = rowOf(picture, (2 * std::uint64_t(row) + 1) * picture.height /
+                                                 (2 * std::uint64_t(height)));
         for (std::uint32_t column = 0; column < width; ++column)
-            result.samples +=
-                char(samples[(2 * std::uint64_t(column) + 1) * picture.width / (2 * width)]);
+            result.samples += char(samples[(2 * std::uint64_t(column) + 1) * picture.width /
+                                           (2 * std::uint64_t(width))]);
     }
     return result;
 }

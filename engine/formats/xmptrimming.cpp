@@ -119,12 +119,12 @@ private:
     {
         if (m_rootEnd == 0 || target != "xpacket")
             return;
-        const std::size_t begin = m_rootEnd;
+        const std::size_t first = m_rootEnd;
         const bool blank = std::all_of(
-            m_packet.begin() + std::ptrdiff_t(begin), m_packet.begin() + std::ptrdiff_t(position()),
+            m_packet.begin() + std::ptrdiff_t(first), m_packet.begin() + std::ptrdiff_t(position()),
             [](char letter) { return std::string(" \t\r\n").find(letter) != std::string::npos; });
-        if (blank && position() > begin + 1)
-            m_ranges.push_back({begin + 1, position()});
+        if (blank && position() > first + 1)
+            m_ranges.push_back({first + 1, position()});
     }
 
     [[nodiscard]] bool isUnwanted(const std::string &name) const

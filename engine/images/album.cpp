@@ -23,8 +23,8 @@ const char *spaceOf(int components)
 class OwnBytes : public QPDFObjectHandle::StreamDataProvider
 {
 public:
-    explicit OwnBytes(QPDFObjectHandle image)
-        : m_image(std::move(image))
+    explicit OwnBytes(const QPDFObjectHandle &image)
+        : m_image(image)
     {
     }
 
@@ -41,8 +41,8 @@ private:
 class PlainSamples : public QPDFObjectHandle::StreamDataProvider
 {
 public:
-    PlainSamples(QPDFObjectHandle image, const ImageFacts &facts, int &object)
-        : m_image(std::move(image))
+    PlainSamples(const QPDFObjectHandle &image, const ImageFacts &facts, int &object)
+        : m_image(image)
         , m_facts(facts)
         , m_object(object)
     {
@@ -51,11 +51,12 @@ public:
     void provideStreamData(QPDFObjGen const &, Pipeline *pipeline) override
     {
         const auto samples = plainSamplesOf(m_image, m_facts);
-        if (samples)
+        if (samples) {
             pipeline->write(reinterpret_cast<const unsigned char *>(samples->data()),
                             samples->size());
-        else
+        } else {
             m_object = 0;
+        }
         pipeline->finish();
     }
 
@@ -98,13 +99,14 @@ private:
                    << " /ColorSpace " << spaceOf(components) << " >>";
         stream.replaceDict(QPDFObjectHandle::parse(dictionary.str()));
         const QPDFObjectHandle none = QPDFObjectHandle::newNull();
-        if (own)
+        if (own) {
             stream.replaceStreamData(std::make_shared<OwnBytes>(original),
                                      broughtInto(m_album, entries.getKey("/Filter")),
                                      broughtInto(m_album, entries.getKey("/DecodeParms")));
-        else
+        } else {
             stream.replaceStreamData(std::make_shared<PlainSamples>(original, facts, object), none,
                                      none);
+        }
     }
 
     QPDFObjectHandle pageFor(const SurveyedImage &image, const QPDFObjectHandle &stream)

@@ -129,7 +129,7 @@ void dropUnusedNames(QPDF &document, const LosslessOptions &)
     const References references = referencesIn(document);
     const std::string texts = appearanceTextsIn(document);
     const Objects resources = ownedBy(resourcesOfPages(document), references);
-    for (Object dictionary : ownedBy(categoriesOf(resources), references))
+    for (const Object &dictionary : ownedBy(categoriesOf(resources), references))
         clean(dictionary, used.namesOf(dictionary), texts);
 }
 

@@ -196,8 +196,8 @@ bool ContentLexer::endsImageAt(std::size_t position) const
     constexpr std::size_t looked = 32;
     if (at(position) != 'E' || at(position + 1) != 'I' || isRegular(at(position + 2)))
         return false;
-    for (std::size_t next = position + 2; next < position + 2 + looked; ++next) {
-        if (at(next) != none && !isPrintable(at(next)))
+    for (std::size_t place = position + 2; place < position + 2 + looked; ++place) {
+        if (at(place) != none && !isPrintable(at(place)))
             return false;
     }
     return true;

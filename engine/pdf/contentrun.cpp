@@ -333,11 +333,11 @@ void ContentRun::showGlyphs()
     if (!glyphs.isDictionary() || !own)
         return;
     const Matrix size{m_state.fontSize * m_state.fontScaling, 0, 0, m_state.fontSize, 0, 0};
-    const Matrix matrix = product(product(*own, size), product(m_textMatrix, m_state.matrix));
+    const Matrix toPage = product(product(*own, size), product(m_textMatrix, m_state.matrix));
     for (auto &[name, glyph] : glyphs.getDictAsMap()) {
         if (!glyph.isStream())
             continue;
-        ContentStart here = start(glyph, {matrix.a, matrix.b, matrix.c, matrix.d, 0, 0});
+        ContentStart here = start(glyph, {toPage.a, toPage.b, toPage.c, toPage.d, 0, 0});
         here.shown.placed = false;
         m_nesting.show(glyph, m_state.font.getKey("/Resources"), here, m_scope);
     }

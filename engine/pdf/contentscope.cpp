@@ -2,8 +2,8 @@
 
 namespace engine {
 
-ContentScope::ContentScope(QPDFObjectHandle resources, QPDFObjGen owner, ContentScope *outer)
-    : m_resources(std::move(resources))
+ContentScope::ContentScope(const QPDFObjectHandle &resources, QPDFObjGen owner, ContentScope *outer)
+    : m_resources(resources)
     , m_owner(owner)
     , m_outer(outer)
 {

@@ -18,7 +18,7 @@ public:
     };
 
     /// The outer scope outlives this one; null: none.
-    ContentScope(QPDFObjectHandle resources, QPDFObjGen owner, ContentScope *outer);
+    ContentScope(const QPDFObjectHandle &resources, QPDFObjGen owner, ContentScope *outer);
 
     /// isFirst tells whether this name is looked up here for the first time.
     Found &find(const std::string &category, const std::string &name, bool &isFirst);

@@ -85,7 +85,7 @@ private:
         QPDFObjectHandle annotations = page.getKey("/Annots");
         if (!annotations.isArray())
             return;
-        for (auto &annotation : annotations.getArrayAsVector())
+        for (const auto &annotation : annotations.getArrayAsVector())
             walkAnnotation(annotation, start, scope);
     }
 

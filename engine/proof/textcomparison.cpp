@@ -51,7 +51,7 @@ private:
 
     int m_file;
     off_t m_offset = 0;
-    char m_bytes[1 << 16];
+    char m_bytes[1 << 16] = {};
     std::string_view m_unread;
 };
 

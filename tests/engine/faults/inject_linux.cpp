@@ -101,7 +101,7 @@ public:
         m_program = fork();
         if (m_program == 0) {
             ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
-            raise(SIGSTOP);
+            kill(getpid(), SIGSTOP);
             if (stopAtCalls())
                 execv(argv[0], argv);
             _exit(cannotTrace);

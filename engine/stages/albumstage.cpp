@@ -69,7 +69,7 @@ std::string AlbumStage::survey()
     const auto number = m_run.children.start(
         confinedTask(files, sizeOf(m_run.document), m_run.settings.limits, work));
     const ChildResult result = m_run.children.wait(number);
-    const std::string objection = objectionIn(result, m_run.request.input);
+    std::string objection = objectionIn(result, m_run.request.input);
     if (objection.empty())
         m_report = reportOf(answerOf(result, m_run.request.input));
     return objection;

@@ -31,6 +31,7 @@ std::string answerTo(const std::function<Facts()> &work)
 std::vector<int> channelsOf(const std::vector<std::pair<int, int>> &files)
 {
     std::vector<int> channels;
+    channels.reserve(files.size());
     for (const auto &[channel, descriptor] : files)
         channels.push_back(channel);
     return channels;

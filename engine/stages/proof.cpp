@@ -159,16 +159,17 @@ void Proof::settle(DrawnCopy &copy, const std::vector<TouchedPart> &parts)
 {
     DrawnOriginal &original = m_drawn[copy.original];
     const std::vector<TouchedPart> there = partsIn(copy.drawing, parts);
-    if (!hasSucceeded(original.reading))
+    if (!hasSucceeded(original.reading)) {
         m_result.readable = false;
-    else if (!hasSucceeded(copy.reading))
+    } else if (!hasSucceeded(copy.reading)) {
         blame(there, m_result.findings);
-    else
+    } else {
         startComparison(copy.reading, original.reading,
                         [&copy, &original, &there](int copyFile, int originalFile) {
                             return comparePictures({copyFile, copy.drawing.pages},
                                                    {originalFile, original.drawing.pages}, there);
                         });
+    }
 }
 
 // A reader that counts other pages than there are doesn't read the document as it is meant.

@@ -13,7 +13,8 @@ std::string findProgram(const std::string &configured, const std::string &name)
     const char *path = std::getenv("PATH");
     std::istringstream folders(path ? path : "");
     for (std::string folder; std::getline(folders, folder, ':');) {
-        std::string candidate = folder + "/" + name;
+        std::string candidate = folder;
+        candidate.append("/").append(name);
         if (!folder.empty() && access(candidate.c_str(), X_OK) == 0)
             return candidate;
     }

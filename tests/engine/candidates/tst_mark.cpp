@@ -131,7 +131,7 @@ void TestMark::packetLosesWhatIsBlanked()
 
 void TestMark::noPacket_data()
 {
-    QTest::addColumn<QByteArray>("packet");
+    QTest::addColumn<QByteArray>("text");
     QTest::newRow("empty") << QByteArray();
     QTest::newRow("no XML") << QByteArray("%PDF");
     QTest::newRow("cut") << QByteArray(packet).left(300);
@@ -142,8 +142,8 @@ void TestMark::noPacket_data()
 
 void TestMark::noPacket()
 {
-    QFETCH(QByteArray, packet);
-    QVERIFY(!engine::changedXmp(packet.toStdString(), {{"/Title", "x"}}));
+    QFETCH(QByteArray, text);
+    QVERIFY(!engine::changedXmp(text.toStdString(), {{"/Title", "x"}}));
 }
 
 QTEST_GUILESS_MAIN(TestMark)

@@ -98,7 +98,8 @@ void TestXmpTrimming::untouched_data()
     QTest::newRow("document type") << "<!DOCTYPE x:xmpmeta>" + packet(history);
     // In UTF-16
     QByteArray wide;
-    for (const char letter : QByteArray("<a xmlns='b'/>   "))
+    const QByteArray narrow = "<a xmlns='b'/>   ";
+    for (const char letter : narrow)
         wide += QByteArray(1, letter) + '\0';
     QTest::newRow("wide letters") << QByteArray("\xff\xfe") + wide;
 }

@@ -16,7 +16,7 @@ using pictures::Reader;
 
 namespace {
 
-constexpr int edge = 400; // 288 dpi on the page, 208 pixels at 150
+constexpr int usualEdge = 400; // 288 dpi on the page, 208 pixels at 150
 
 // Object 5 is the image; others follow. The page has a coloured ground, so that masks are seen.
 QByteArray page(const QList<QByteArray> &objects, const QByteArray &content = {})
@@ -31,7 +31,7 @@ QByteArray page(const QList<QByteArray> &objects, const QByteArray &content = {}
         objects);
 }
 
-QByteArray imageOf(const QByteArray &entries, const QByteArray &bytes, int pixels = edge)
+QByteArray imageOf(const QByteArray &entries, const QByteArray &bytes, int pixels = usualEdge)
 {
     const QByteArray size = QByteArray::number(pixels);
     return pdfStream("/Type /XObject /Subtype /Image /Width " + size + " /Height " + size + " " +
@@ -42,18 +42,18 @@ QByteArray imageOf(const QByteArray &entries, const QByteArray &bytes, int pixel
 QByteArray flateImage(const QByteArray &space, int components, int bits = 8,
                       const QByteArray &entries = {})
 {
-    const QByteArray samples = coding::samples(edge, edge, components);
+    const QByteArray samples = coding::samples(usualEdge, usualEdge, components);
     return imageOf("/Filter /FlateDecode /ColorSpace " + space + " /BitsPerComponent " +
                        QByteArray::number(bits) + " " + entries,
-                   coding::flate(coding::packed(samples, edge * components, bits)));
+                   coding::flate(coding::packed(samples, usualEdge * components, bits)));
 }
 
 QByteArray jpegImage(const QByteArray &space, int components, coding::Colours colours,
                      const QByteArray &entries = {})
 {
-    return imageOf(
-        "/Filter /DCTDecode /BitsPerComponent 8 /ColorSpace " + space + " " + entries,
-        coding::jpeg(coding::samples(edge, edge, components), edge, edge, components, colours));
+    return imageOf("/Filter /DCTDecode /BitsPerComponent 8 /ColorSpace " + space + " " + entries,
+                   coding::jpeg(coding::samples(usualEdge, usualEdge, components), usualEdge,
+                                usualEdge, components, colours));
 }
 
 // A picture of one bit: what is black is a round shape with stripes.
@@ -162,7 +162,8 @@ void TestImages::smaller_data()
     row("JPEG, YCCK", jpegImage("/DeviceCMYK", 4, Colours::AdobeYcc));
     row("JPEG in Flate",
         imageOf("/Filter [/FlateDecode /DCTDecode] /BitsPerComponent 8 /ColorSpace /DeviceRGB",
-                coding::flate(coding::jpeg(coding::samples(edge, edge, 3), edge, edge, 3))));
+                coding::flate(coding::jpeg(coding::samples(usualEdge, usualEdge, 3), usualEdge,
+                                           usualEdge, 3))));
 }
 
 // Shown with 288 dpi, where 150 are asked for.
@@ -347,7 +348,7 @@ void TestImages::leftAlone_data()
         LeftAlone::Damaged);
     row("3 bits",
         page({imageOf("/ColorSpace /DeviceGray /BitsPerComponent 3 /Filter /FlateDecode",
-                      coding::flate(coding::samples(edge, edge, 1)))}),
+                      coding::flate(coding::samples(usualEdge, usualEdge, 1)))}),
         LeftAlone::Damaged);
     row("nowhere", page({rgb}, "0 0 m"), LeftAlone::NotFound);
     row("outside", page({rgb}, "100 0 0 100 500 50 cm /I Do"), LeftAlone::NotShown);

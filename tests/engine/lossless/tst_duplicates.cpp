@@ -157,7 +157,6 @@ void TestDuplicates::identities_data()
         QTest::newRow(name) << object << QByteArray(pageEntries) << QByteArray(catalogue) << one
                             << other;
     };
-    const QByteArray properties = inPage + QByteArray("/Resources/Properties");
     row("layers", "<< /Type /OCG /Name (layer) >>", "",
         "/OCProperties << /OCGs [6 0 R 7 0 R] /D << >> >>", "/OCProperties/OCGs/0",
         "/OCProperties/OCGs/1");

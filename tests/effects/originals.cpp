@@ -55,6 +55,18 @@ int shade(int place)
     return 28 + qAbs(place % 400 - 200);
 }
 
+// Squares of 64 pixels: a picture of one bit that looks the same at a quarter of its resolution.
+QByteArray squares(int lineBytes, int lines)
+{
+    QByteArray data;
+    data.reserve(lineBytes * lines);
+    for (int line = 0; line < lines; ++line) {
+        for (int i = 0; i < lineBytes; ++i)
+            data.append((line / 64 + i / 8) % 2 == 0 ? '\0' : '\xff');
+    }
+    return data;
+}
+
 QByteArray samples(Motif motif, int pixelBytes, int lineBytes, int lines)
 {
     QRandomGenerator random(1);
@@ -74,11 +86,15 @@ void addImage(Pdf &pdf, Motif motif, int size, const QByteArray &colourSpace, in
               int bits)
 {
     const QByteArray width = QByteArray::number(size);
+    const int lineBytes = size * components * bits / 8;
+    const QByteArray data = motif == Motif::shades && bits == 1
+                                ? squares(lineBytes, size)
+                                : samples(motif, components, lineBytes, size);
     // Four bytes for one: a bilevel image keeps its stream if a copy's would be longer.
     pdf.addStream("/Type /XObject /Subtype /Image /Width " + width + " /Height " + width +
                       " /ColorSpace /" + colourSpace + " /BitsPerComponent " +
                       QByteArray::number(bits) + " /Filter [/ASCIIHexDecode /ASCIIHexDecode]",
-                  samples(motif, components, size * components * bits / 8, size).toHex().toHex());
+                  data.toHex().toHex());
 }
 
 } // namespace

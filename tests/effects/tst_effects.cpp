@@ -224,7 +224,8 @@ void TestEffects::compression_data()
     const char *mono = "comboBox_mno_compress";
     row("mono", mono, 0, monoImage, "FlateDecode", "JBIG2Decode");
     row("mono", mono, 1, monoImage, "FlateDecode", "FlateDecode");
-    row("mono", mono, 2, monoImage, "RunLengthDecode", "RunLengthDecode");
+    // Ghostscript samples; its run lengths are then deflated, which is shorter.
+    row("mono", mono, 2, monoImage, "FlateDecode", "FlateDecode");
     row("mono", mono, 3, monoImage, "FlateDecode", "JBIG2Decode");
     row("mono", mono, 4, monoImage, "CCITTFaxDecode", "CCITTFaxDecode");
 }

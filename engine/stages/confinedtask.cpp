@@ -16,15 +16,15 @@ namespace engine {
 namespace {
 
 // The first letter tells facts from an objection.
-constexpr char facts = '+';
-constexpr char objection = '-';
+constexpr char factsSign = '+';
+constexpr char objectionSign = '-';
 
 std::string answerTo(const std::function<Facts()> &work)
 {
     try {
-        return facts + linesOf(work());
+        return factsSign + linesOf(work());
     } catch (const std::exception &error) {
-        return std::string(1, objection) + error.what();
+        return std::string(1, objectionSign) + error.what();
     }
 }
 
@@ -83,7 +83,7 @@ std::string objectionIn(const ChildResult &result, const std::string &document)
     const std::string &report = result.report;
     if (!result.violation.empty() || result.signal != 0 || result.status != 0 || report.empty())
         throw Failure(document + ": the document breaks whoever reads it");
-    return report.front() == objection ? report.substr(1) : std::string();
+    return report.front() == objectionSign ? report.substr(1) : std::string();
 }
 
 Facts answerOf(const ChildResult &result, const std::string &document)

@@ -10,6 +10,7 @@
 #include "standard14.h"
 #include "subset.h"
 #include "system/progress.h"
+#include "unusedtables.h"
 
 #include <algorithm>
 
@@ -85,13 +86,9 @@ public:
 
     FontResult run()
     {
-        const auto fieldFonts = fontsOfFields(m_document);
+        m_fieldFonts = fontsOfFields(m_document);
         for (const EmbeddedProgram &embedded : embeddedPrograms(m_document)) {
-            const bool isFields =
-                std::any_of(embedded.users.begin(), embedded.users.end(), [&](ProgramUser user) {
-                    return fieldFonts.count(identityOf(user.font)) != 0;
-                });
-            if (m_uses.areComplete() && !isFields && !isExcluded(embedded))
+            if (!isExcluded(embedded))
                 shrink(embedded);
             if (!m_options.compress)
                 unpack(embedded);
@@ -106,30 +103,51 @@ private:
         return m_excluded.count(embedded.stream.getObjectID()) != 0;
     }
 
+    bool isForFields(const EmbeddedProgram &embedded) const
+    {
+        return std::any_of(embedded.users.begin(), embedded.users.end(), [&](ProgramUser user) {
+            return m_fieldFonts.count(identityOf(user.font)) != 0;
+        });
+    }
+
     void shrink(const EmbeddedProgram &embedded)
     {
-        if (m_options.leaveOutStandard14 && canBeLeftOut(embedded, m_uses)) {
+        const bool isCertain = m_uses.areComplete() && !isForFields(embedded);
+        if (isCertain && m_options.leaveOutStandard14 && canBeLeftOut(embedded, m_uses)) {
             leaveOut(embedded);
             note(embedded, m_result.leftOut);
         } else if (m_options.subset && isSubsettable(embedded)) {
-            takeSubset(embedded);
+            if (!isCertain || !takeSubset(embedded))
+                dropTables(embedded);
         }
     }
 
-    void takeSubset(const EmbeddedProgram &embedded)
+    bool takeSubset(const EmbeddedProgram &embedded)
     {
         const auto bytes = decodedBytesOf(embedded.stream);
         const auto subset = bytes ? subsetFor(embedded, *bytes, m_uses) : std::nullopt;
         if (!subset || !isWorthIt(*bytes, subset->bytes))
-            return;
+            return false;
         setProgram(embedded, subset->bytes, m_options.compress);
         setTag(embedded, tagOf(subset->bytes));
         listGlyphs(m_document, embedded, *FontProgram::of(subset->bytes),
                    renumbered(subset->numbers));
         note(embedded, m_result.touched);
+        return true;
     }
 
-    // Each page that shows a subset has to be drawn to be believed, which a few bytes are not
+    void dropTables(const EmbeddedProgram &embedded)
+    {
+        const auto bytes = decodedBytesOf(embedded.stream);
+        const auto text = isForFields(embedded) ? TextToCome::OfFields : TextToCome::None;
+        const auto less = bytes ? withoutUnusedTables(*bytes, text) : std::nullopt;
+        if (!less || !isWorthIt(*bytes, *less))
+            return;
+        setProgram(embedded, *less, m_options.compress);
+        note(embedded, m_result.touched);
+    }
+
+    // Each page that shows a program has to be drawn to be believed, which a few bytes are not
     // worth.
     static bool isWorthIt(const std::string &program, const std::string &subset)
     {
@@ -163,6 +181,7 @@ private:
     FontOptions m_options;
     const std::set<int> &m_excluded;
     FontUses m_uses;
+    std::set<std::string> m_fieldFonts;
     PageBoxes m_boxes{m_document};
     FontResult m_result;
 };

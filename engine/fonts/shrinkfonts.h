@@ -20,16 +20,16 @@ struct FontOptions
 
 struct FontResult
 {
-    /// Where a program that has become a subset is shown: the pictures stay what they were.
+    /// Where a program that has become smaller is shown: the pictures stay what they were.
     std::vector<TouchedPart> touched;
 
     /// Where one that was left out is shown: a reader's own font serves, which looks different.
     std::vector<TouchedPart> leftOut;
 };
 
-/// Makes the font programs of the document smaller as the options say. A program is left alone
-/// where it isn't certain which of its glyphs are shown, where a field may need others, and where
-/// its number is excluded.
+/// Makes the font programs of the document smaller as the options say. A program keeps all its
+/// glyphs where it isn't certain which of them are shown, and where a field may need others; it is
+/// left alone where its number is excluded.
 FontResult shrinkFonts(QPDF &document, const FontOptions &options, const std::set<int> &excluded);
 
 } // namespace engine

@@ -1,60 +1,28 @@
 #include "subset.h"
 
+#include "harfbuzz.h"
+
 #include <algorithm>
-#include <hb-ot.h>
-#include <hb-subset.h>
-#include <memory>
 
 namespace engine {
 
 namespace {
 
-template <auto destroy>
-struct Destroy
-{
-    template <typename Object>
-    void operator()(Object *object) const
-    {
-        destroy(object);
-    }
-};
-using Blob = std::unique_ptr<hb_blob_t, Destroy<hb_blob_destroy>>;
-using Program = std::unique_ptr<hb_face_t, Destroy<hb_face_destroy>>;
 using Input = std::unique_ptr<hb_subset_input_t, Destroy<hb_subset_input_destroy>>;
 using Plan = std::unique_ptr<hb_subset_plan_t, Destroy<hb_subset_plan_destroy>>;
 
-constexpr hb_tag_t tag(const char (&name)[5])
-{
-    hb_tag_t number = 0;
-    for (int place = 0; place < 4; ++place)
-        number = number << 8 | hb_tag_t(name[place]);
-    return number;
-}
-
-constexpr hb_tag_t cff = tag("CFF ");
-constexpr hb_tag_t cmap = tag("cmap");
-constexpr hb_tag_t maxp = tag("maxp");
-constexpr hb_tag_t post = tag("post");
+constexpr hb_tag_t cff = tableTag("CFF ");
+constexpr hb_tag_t cmap = tableTag("cmap");
+constexpr hb_tag_t maxp = tableTag("maxp");
+constexpr hb_tag_t post = tableTag("post");
 
 // What no reader of a PDF file asks of an embedded program: layout, names, vertical metrics, and
 // the colours, tables of metrics and such that are about the glyphs that go.
-constexpr hb_tag_t uselessTables[] = {tag("GSUB"), tag("GPOS"), tag("GDEF"), tag("BASE"),
-                                      tag("MATH"), tag("name"), tag("hdmx"), tag("vhea"),
-                                      tag("vmtx"), tag("VORG"), tag("COLR"), tag("CPAL"),
-                                      tag("CBDT"), tag("CBLC"), tag("sbix"), tag("STAT")};
-
-// With HB_MEMORY_MODE_READONLY, the bytes have to outlive the blob and what is made of it.
-Blob blobOf(const std::string &bytes, hb_memory_mode_t mode)
-{
-    return Blob(hb_blob_create(bytes.data(), unsigned(bytes.size()), mode, nullptr, nullptr));
-}
-
-std::string bytesOf(const Blob &blob)
-{
-    unsigned size = 0;
-    const char *bytes = hb_blob_get_data(blob.get(), &size);
-    return bytes ? std::string(bytes, size) : std::string();
-}
+constexpr hb_tag_t uselessTables[] = {
+    tableTag("GSUB"), tableTag("GPOS"), tableTag("GDEF"), tableTag("BASE"), tableTag("MATH"),
+    tableTag("name"), tableTag("hdmx"), tableTag("vhea"), tableTag("vmtx"), tableTag("VORG"),
+    tableTag("COLR"), tableTag("CPAL"), tableTag("CBDT"), tableTag("CBLC"), tableTag("sbix"),
+    tableTag("STAT"), tableTag("VDMX")};
 
 std::string tableOf(const Program &program, hb_tag_t tag)
 {
@@ -158,31 +126,6 @@ bool isFaithful(const Subset &subset, const Face &face, const Needs &needs)
         return (!needs.numbers || entry.first == entry.second) &&
                result->drawsLike(entry.second, face, entry.first);
     });
-}
-
-std::uint64_t numberAt(const std::string &bytes, std::size_t place)
-{
-    std::uint64_t number = 0;
-    for (std::size_t end = place + 4; place < end; ++place)
-        number = number << 8 | std::uint8_t(bytes[place]);
-    return number;
-}
-
-// Whether all tables lie within the program; readers make of others what they like.
-bool hasAllTables(const std::string &program)
-{
-    constexpr std::size_t directory = 12;
-    constexpr std::size_t entry = 16;
-    if (program.size() < directory)
-        return false;
-    const std::size_t tables = numberAt(program, 4) >> 16;
-    if (program.size() < directory + tables * entry)
-        return false;
-    for (std::size_t place = directory; place < directory + tables * entry; place += entry) {
-        if (numberAt(program, place + 8) + numberAt(program, place + 12) > program.size())
-            return false;
-    }
-    return true;
 }
 
 bool isVariable(const Face &face)

@@ -6,6 +6,7 @@ so that a wrong one is seen: a triangle that gets wider from letter to letter.
 """
 import io
 import os
+import random
 import sys
 
 from fontTools.cffLib import FDArrayIndex, FDSelect, FontDict
@@ -14,6 +15,7 @@ from fontTools.pens.t2CharStringPen import T2CharStringPen
 from fontTools.pens.ttGlyphPen import TTGlyphPen
 from fontTools.ttLib import TTFont
 from fontTools.ttLib.tables._c_m_a_p import CmapSubtable
+from fontTools.ttLib.tables.DefaultTable import DefaultTable
 
 LETTERS = [chr(code) for code in range(ord('A'), ord('Z') + 1)]
 ACCENTED = {'Adieresis': 0xC4, 'Eacute': 0xC9}
@@ -99,6 +101,19 @@ def truetype(kinds, post=True, drop=()):
     return bytes_of(font)
 
 
+def with_tables():
+    """Also with tables that nobody reads, or only for text that is still to be set."""
+    font = builder(NAMES, True)
+    font.setupGlyf(glyf(NAMES))
+    finish(font, NAMES)
+    font.setupPost()
+    noise = random.Random(1)
+    for tag in ('GSUB', 'hdmx', 'kern'):
+        font.font[tag] = DefaultTable(tag)
+        font.font[tag].data = noise.randbytes(1000)
+    return bytes_of(font)
+
+
 def many_glyphs():
     names = NAMES + ['glyph%d' % number for number in range(len(NAMES), 65535)]
     glyphs = glyf(NAMES)
@@ -167,6 +182,7 @@ def main(folder):
         'names-only.ttf': truetype(['mac'], post=True),
         'without-cmap.ttf': truetype(['unicode'], post=False, drop=('cmap',)),
         'without-os2.ttf': truetype(['unicode'], drop=('OS/2',)),
+        'tables.ttf': with_tables(),
         'many.ttf': many_glyphs(),
         'named.otf': opentype(False),
         'keyed.otf': opentype(True),

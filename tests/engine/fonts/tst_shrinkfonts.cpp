@@ -129,6 +129,8 @@ private slots:
     void shownGlyphsStay();
     void staysWhole_data();
     void staysWhole();
+    void tablesThatNobodyReadsGo_data();
+    void tablesThatNobodyReadsGo();
     void sharedProgramKeepsWhatAnyShows();
     void lastOfManyGlyphsStays();
     void tagIsTheSameEverywhere();
@@ -278,6 +280,45 @@ void TestShrinkFonts::staysWhole()
     const Shrunk made = shrunk(document);
     QVERIFY(made.result.touched.empty());
     QCOMPARE(programIn(made.copy), programIn(document));
+}
+
+void TestShrinkFonts::tablesThatNobodyReadsGo_data()
+{
+    QTest::addColumn<QByteArray>("document");
+    QTest::addColumn<engine::FontOptions>("options");
+    QTest::addColumn<QList<QByteArray>>("tables");
+
+    const QByteArray win = "/Encoding /WinAnsiEncoding";
+    const Font font = simple(u"tables.ttf"_s, win);
+    const QByteArray ofForm =
+        showing(text("42"), font,
+                {.catalogue = "/AcroForm << /Fields [] /DR << /Font << /F 5 0 R >> >> >>"});
+    const QByteArray uncertain = showing(text("42") + "BT /F 20 Tf (", font);
+    const QByteArray certain = showing(text("42"), font);
+    QTest::newRow("fields may need layout") << ofForm << subset << QList<QByteArray>{"GSUB"};
+    QTest::newRow("an uncertain use") << uncertain << subset << QList<QByteArray>{};
+    QTest::newRow("a subset") << certain << subset << QList<QByteArray>{};
+    QTest::newRow("no subsets wanted")
+        << uncertain << engine::FontOptions() << QList<QByteArray>{"GSUB", "hdmx", "kern"};
+}
+
+void TestShrinkFonts::tablesThatNobodyReadsGo()
+{
+    QFETCH(QByteArray, document);
+    QFETCH(engine::FontOptions, options);
+    QFETCH(QList<QByteArray>, tables);
+    const QByteArray copy = shrunk(document, options).copy;
+    const auto face = engine::Face::of(programIn(copy));
+    QVERIFY(face);
+    QList<QByteArray> found;
+    for (const char *tag : {"GSUB", "hdmx", "kern"}) {
+        if (!face->table(tag).empty())
+            found.append(tag);
+    }
+    QCOMPARE(found, tables);
+    QCOMPARE(seen(copy), seen(document));
+    for (const char *tag : {"cmap", "hmtx", "post"})
+        QVERIFY(!face->table(tag).empty());
 }
 
 void TestShrinkFonts::sharedProgramKeepsWhatAnyShows()

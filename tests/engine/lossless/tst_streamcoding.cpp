@@ -142,6 +142,8 @@ void TestStreamCoding::smaller_data()
     QTest::newRow("plain") << QByteArray() << text;
     QTest::newRow("no filter at all") << QByteArray("/Filter []") << text;
     QTest::newRow("deflated badly") << QByteArray("/Filter /FlateDecode") << fast(text);
+    QTest::newRow("a wrong check sum")
+        << QByteArray("/Filter /FlateDecode") << fast(text).chopped(4) + "sums";
     QTest::newRow("in an array") << QByteArray("/Filter [/FlateDecode] /DecodeParms [null]")
                                  << fast(text);
     QTest::newRow("hexadecimal") << QByteArray("/Filter /ASCIIHexDecode") << hexadecimal(text);

@@ -1,5 +1,8 @@
 #include "document.h"
 
+#include "system/filesize.h"
+#include "system/wholefile.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <stdexcept>
@@ -8,6 +11,10 @@
 namespace engine {
 
 namespace {
+
+// libqpdf asks the system several times for each object of a file, which takes as long as all the
+// rest. Of a large document, the memory is worth more.
+constexpr std::uintmax_t mostInMemory = std::uintmax_t(64) << 20;
 
 struct PageTree
 {
@@ -42,14 +49,28 @@ void Document::Close::operator()(FILE *stream) const
 }
 
 Document::Document(int file, Trust trust, const std::string &password)
-    : m_stream(fdopen(dup(file), "rb"))
-    , m_pdf(std::make_unique<QPDF>())
+    : m_pdf(std::make_unique<QPDF>())
     , m_trust(trust)
 {
-    if (!m_stream)
-        throw std::runtime_error("no open file");
     m_pdf->setSuppressWarnings(true);
     m_pdf->setAttemptRecovery(trust == Trust::Foreign);
+    if (sizeOf(file) <= mostInMemory)
+        readAtOnce(file, password);
+    else
+        readInPieces(file, password);
+}
+
+void Document::readAtOnce(int file, const std::string &password)
+{
+    m_bytes = contentOf(file);
+    m_pdf->processMemoryFile("document", m_bytes.data(), m_bytes.size(), password.c_str());
+}
+
+void Document::readInPieces(int file, const std::string &password)
+{
+    m_stream.reset(fdopen(dup(file), "rb"));
+    if (!m_stream)
+        throw std::runtime_error("no open file");
     m_pdf->processFile("document", m_stream.get(), false, password.c_str());
 }
 

@@ -40,7 +40,11 @@ private:
         void operator()(FILE *stream) const;
     };
 
-    // The stream outlives the document that reads it.
+    void readAtOnce(int file, const std::string &password);
+    void readInPieces(int file, const std::string &password);
+
+    // One of them is what the document is read from, and outlives it.
+    std::string m_bytes;
     std::unique_ptr<FILE, Close> m_stream;
     std::unique_ptr<QPDF> m_pdf;
     Trust m_trust;

@@ -1,5 +1,6 @@
 #include "wholefile.h"
 
+#include "filesize.h"
 #include "writing.h"
 
 #include <unistd.h>
@@ -9,6 +10,7 @@ namespace engine {
 std::string contentOf(int file)
 {
     std::string content;
+    content.reserve(sizeOf(file));
     char block[65536];
     for (;;) {
         const ssize_t count = pread(file, block, sizeof block, off_t(content.size()));

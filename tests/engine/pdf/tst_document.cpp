@@ -12,6 +12,7 @@ class TestDocument : public QObject
 private slots:
     void pagesOfADocument_data();
     void pagesOfADocument();
+    void pagesOfALargeDocument();
 };
 
 void TestDocument::pagesOfADocument_data()
@@ -53,6 +54,23 @@ void TestDocument::pagesOfADocument()
     QCOMPARE(tree.getKey("/Count").getIntValue(), pages);
     if (pages == 1 && tree.getKey("/Kids").getArrayItem(0).hasKey("/Kids"))
         QCOMPARE(tree.getKey("/Kids").getArrayItem(0).getKey("/Count").getIntValue(), 1);
+}
+
+// More than is read at once.
+void TestDocument::pagesOfALargeDocument()
+{
+    const QByteArray bytes((64 << 20) + 1, ' ');
+    QTemporaryFile file;
+    QVERIFY(file.open());
+    file.write(
+        pdfOf({"<< /Type /Catalog /Pages 2 0 R >>", "<< /Type /Pages /Count 1 /Kids [3 0 R] >>",
+               "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 9 9] /Contents 4 0 R >>",
+               pdfStream({}, bytes)}));
+    QVERIFY(file.flush());
+
+    engine::Document document(file.handle(), engine::Trust::Own);
+    QCOMPARE(document.pages(), 1);
+    QVERIFY(document.isSound());
 }
 
 QTEST_GUILESS_MAIN(TestDocument)

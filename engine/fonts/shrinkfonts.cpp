@@ -4,7 +4,7 @@
 #include "fieldfonts.h"
 #include "formats/deflate.h"
 #include "lossless/claim.h"
-#include "pagebox.h"
+#include "pdf/pageboxes.h"
 #include "pdf/streams.h"
 #include "shownglyphs.h"
 #include "standard14.h"
@@ -171,7 +171,7 @@ private:
         for (const ProgramUser &user : embedded.users)
             pages.merge(m_uses.of(user.font).pages);
         for (const int page : pages) {
-            const Box box = m_boxes.of(page);
+            const Box &box = m_views.at(std::size_t(page)).crop;
             parts.push_back({PartKind::Font, embedded.stream.getObjectID(), page, box.left,
                              box.bottom, box.right, box.top});
         }
@@ -182,7 +182,7 @@ private:
     const std::set<int> &m_excluded;
     FontUses m_uses;
     std::set<std::string> m_fieldFonts;
-    PageBoxes m_boxes{m_document};
+    std::vector<PageView> m_views = pageViewsOf(m_document);
     FontResult m_result;
 };
 

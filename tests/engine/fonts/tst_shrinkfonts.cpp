@@ -488,7 +488,7 @@ void TestShrinkFonts::pagesAreNamed()
     QCOMPARE(part.object, programObject);
     QCOMPARE(part.page, 0);
     QCOMPARE((QList<double>{part.left, part.bottom, part.right, part.top}),
-             (QList<double>{0, 0, 400, 400}));
+             (QList<double>{100, 100, 300, 300}));
 }
 
 void TestShrinkFonts::sameInputSameOutput()

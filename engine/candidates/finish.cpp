@@ -1,7 +1,7 @@
 #include "finish.h"
 
 #include "fonts/shrinkfonts.h"
-#include "formats/xmpedit.h"
+#include "xmp/xmpedit.h"
 #include "pdf/document.h"
 #include "pdf/streams.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "fonts/shrinkfonts.h"
-#include "formats/xmpedit.h"
+#include "xmp/xmpedit.h"
 #include "images/imageoptions.h"
 #include "lossless/pieces.h"
 

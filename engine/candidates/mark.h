@@ -1,6 +1,6 @@
 #pragma once
 
-#include "formats/xmpedit.h"
+#include "xmp/xmpedit.h"
 
 #include <qpdf/QPDF.hh>
 

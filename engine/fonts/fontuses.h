@@ -1,6 +1,6 @@
 #pragma once
 
-#include "pdf/contentwalk.h"
+#include "content/contentwalk.h"
 
 #include <map>
 #include <set>

@@ -1,9 +1,9 @@
 #include "smallerimage.h"
 
 #include "formats/deflate.h"
-#include "formats/downsampling.h"
+#include "bilevel/downsampling.h"
 #include "formats/graysampling.h"
-#include "formats/jbig2.h"
+#include "bilevel/jbig2.h"
 #include "formats/jpegheader.h"
 #include "pdf/streams.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "formats/bitmap.h"
+#include "bilevel/bitmap.h"
 #include "treatment.h"
 
 #include <optional>

@@ -1,6 +1,6 @@
 #include "survey.h"
 
-#include "pdf/contentwalk.h"
+#include "content/contentwalk.h"
 #include "pdf/walk.h"
 
 #include <algorithm>

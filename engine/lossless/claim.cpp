@@ -1,6 +1,6 @@
 #include "claim.h"
 
-#include "formats/xmpclaim.h"
+#include "xmp/xmpclaim.h"
 #include "pdf/streams.h"
 
 #include <qpdf/QPDFObjectHandle.hh>

@@ -2,7 +2,7 @@
 
 #include "filterchain.h"
 #include "formats/deflate.h"
-#include "formats/xmptrimming.h"
+#include "xmp/xmptrimming.h"
 #include "pdf/streams.h"
 
 namespace engine {

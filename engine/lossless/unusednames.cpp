@@ -1,6 +1,6 @@
 #include "unusednames.h"
 
-#include "pdf/contentwalk.h"
+#include "content/contentwalk.h"
 #include "pdf/walk.h"
 #include "references.h"
 

@@ -1,6 +1,6 @@
 #include "description.h"
 
-#include "formats/xmp.h"
+#include "xmp/xmp.h"
 
 #include <algorithm>
 #include <qpdf/QPDFObjectHandle.hh>

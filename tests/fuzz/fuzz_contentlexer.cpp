@@ -1,6 +1,6 @@
 #include "input.h"
 
-#include "engine/pdf/contentlexer.h"
+#include "engine/content/contentlexer.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {

@@ -1,6 +1,6 @@
 #include "input.h"
 
-#include "engine/formats/xmp.h"
+#include "engine/xmp/xmp.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {

@@ -1,7 +1,7 @@
 #include "input.h"
 
-#include "engine/formats/xmpclaim.h"
-#include "engine/formats/xmptrimming.h"
+#include "engine/xmp/xmpclaim.h"
+#include "engine/xmp/xmptrimming.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {

@@ -2,7 +2,7 @@
 #include "parsed.h"
 
 #include "engine/candidates/mark.h"
-#include "engine/formats/xmpedit.h"
+#include "engine/xmp/xmpedit.h"
 
 #include <QTest>
 

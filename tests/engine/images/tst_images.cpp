@@ -6,7 +6,7 @@
 #include "samples.h"
 #include "shrinking.h"
 
-#include "engine/formats/jbig2.h"
+#include "engine/bilevel/jbig2.h"
 #include "engine/images/smallerimage.h"
 
 #include <QTest>

@@ -5,7 +5,7 @@
 // DPI is the lowest resolution that the line asks for (150). Prints what is found and the seconds
 // that it took. Status 0: sound, 1: different, 2: not readable, 3: not tried.
 
-#include "engine/pdf/contentwalk.h"
+#include "engine/content/contentwalk.h"
 #include "engine/pdf/document.h"
 #include "engine/pdf/pageboxes.h"
 #include "engine/process/signals.h"

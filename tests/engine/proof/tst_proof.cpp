@@ -5,7 +5,7 @@
 #include "parsed.h"
 #include "samples.h"
 
-#include "engine/pdf/contentwalk.h"
+#include "engine/content/contentwalk.h"
 #include "engine/pdf/pageboxes.h"
 #include "engine/proof/drawingplan.h"
 #include "engine/stages/proof.h"

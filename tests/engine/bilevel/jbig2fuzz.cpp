@@ -6,7 +6,7 @@
 
 #include "bench.h"
 #include "bitmaps.h"
-#include "engine/formats/jbig2.h"
+#include "engine/bilevel/jbig2.h"
 
 #include <QTemporaryDir>
 

@@ -1,7 +1,7 @@
 #include "contentnesting.h"
 
 #include "contentrun.h"
-#include "streams.h"
+#include "pdf/streams.h"
 
 namespace engine {
 

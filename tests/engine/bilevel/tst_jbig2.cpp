@@ -1,7 +1,7 @@
 #include "bitmaps.h"
-#include "engine/formats/arithmeticencoder.h"
-#include "engine/formats/halftone.h"
-#include "engine/formats/jbig2.h"
+#include "engine/bilevel/arithmeticencoder.h"
+#include "engine/bilevel/halftone.h"
+#include "engine/bilevel/jbig2.h"
 
 #include <QTemporaryDir>
 #include <QTest>

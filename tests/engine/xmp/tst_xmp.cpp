@@ -1,4 +1,4 @@
-#include "engine/formats/xmp.h"
+#include "engine/xmp/xmp.h"
 
 #include <QTest>
 

@@ -1,7 +1,7 @@
 #include "contentwalk.h"
 
 #include "contentnesting.h"
-#include "pageboxes.h"
+#include "pdf/pageboxes.h"
 #include "system/progress.h"
 
 #include <optional>

@@ -1,5 +1,5 @@
 // What is cut out of an XMP packet, byte by byte.
-#include "engine/formats/xmptrimming.h"
+#include "engine/xmp/xmptrimming.h"
 
 #include <QTest>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/formats/bitmap.h"
+#include "engine/bilevel/bitmap.h"
 
 #include <QByteArray>
 #include <QList>

@@ -1,4 +1,4 @@
-#include "engine/formats/downsampling.h"
+#include "engine/bilevel/downsampling.h"
 
 #include <QRandomGenerator>
 #include <QTest>

@@ -1,5 +1,5 @@
 // Which standard a packet claims.
-#include "engine/formats/xmpclaim.h"
+#include "engine/xmp/xmpclaim.h"
 
 #include <QTest>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "matrix.h"
+#include "pdf/matrix.h"
 
 #include <qpdf/QPDF.hh>
 #include <string>

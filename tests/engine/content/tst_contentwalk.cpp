@@ -2,9 +2,7 @@
 #include "parsed.h"
 #include "samples.h"
 
-#include "engine/pdf/contentlexer.h"
-#include "engine/pdf/contentwalk.h"
-#include "engine/pdf/touched.h"
+#include "engine/content/contentwalk.h"
 
 #include <QElapsedTimer>
 #include <QTest>
@@ -100,10 +98,6 @@ private slots:
     void names();
     void bounded_data();
     void bounded();
-    void lexed_data();
-    void lexed();
-    void lines_data();
-    void lines();
 };
 
 void TestContentWalk::told_data()
@@ -292,82 +286,6 @@ void TestContentWalk::bounded()
     const auto unclear = teller.told.filter("unclear");
     QCOMPARE(unclear.isEmpty(), complete);
     QVERIFY(teller.told.size() < 3'000'000);
-}
-
-void TestContentWalk::lexed_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QString>("tokens");
-    const auto row = [](const char *content, const char *tokens) {
-        QTest::newRow(content) << QByteArray(content) << QString(tokens);
-    };
-    row("1 -2 +3 .5 -.5 4. --6 1-2", "1 2- 3 0.5 0.5- 4 6- 1");
-    row("/A#20b/C/", "'/A b' '/C' '/'");
-    row("/A#2 /B#", "'/A#2' '/B#'");
-    row("(a(b)c)(\\n\\\\\\(\\\r\n\\7\\053z)", "(a(b)c) (\n\\(\a+z)");
-    row("<414 2><4>", "(AB) (@)");
-    row("[<<>>]", "[ << >> ]");
-    row("T*'\"f*", "'T*'\"f*'");
-    row("q%a(\rQ", "'q' 'Q'");
-    row("(", "broken");
-    row("<4", "broken");
-    row(")", "broken");
-    row(">", "broken");
-    row("{", "broken");
-    row("\x01", "broken");
-}
-
-void TestContentWalk::lexed()
-{
-    QFETCH(QByteArray, content);
-    QFETCH(QString, tokens);
-    engine::ContentLexer lexer({content.constData(), std::size_t(content.size())});
-    QStringList read;
-    for (;;) {
-        const engine::Token &token = lexer.next();
-        const QString text = QString::fromStdString(token.text);
-        if (token.kind == engine::Token::End)
-            break;
-        read << QList<QString>{"",
-                               "broken",
-                               QString::number(std::abs(token.number)) +
-                                   (token.number < 0 ? "-" : ""),
-                               "'" + text + "'",
-                               "(" + text + ")",
-                               "'" + text + "'",
-                               "[",
-                               "]",
-                               "<<",
-                               ">>"}[token.kind];
-        if (token.kind == engine::Token::Broken)
-            break;
-    }
-    QCOMPARE(read.join(' '), tokens);
-}
-
-void TestContentWalk::lines_data()
-{
-    QTest::addColumn<QByteArray>("lines");
-    QTest::addColumn<bool>("right");
-    QTest::newRow("none") << QByteArray() << true;
-    QTest::newRow("two") << QByteArray("image 12 0 1.5 -2 3 4000000\nfont 3 17 0 0 612 792\n")
-                         << true;
-    for (const char *wrong :
-         {"image 12 0 1 2 3 4", "picture 12 0 1 2 3 4\n", "image 12 0 1 2 3\n",
-          "image 12 0 1 2 3 4 5\n", "image 0 0 1 2 3 4\n", "image 1 -1 1 2 3 4\n",
-          "image 1 0 nan 2 3 4\n", "image 1 0 1 2 3 inf\n", "\n", "image 1 0 1 2 3 4\n\n",
-          "image 4 000.25 0 595 842\n", "image  1 0 1 2 3 4\n", "image 4294967297 0 1 2 3 4\n"})
-        QTest::newRow(wrong) << QByteArray(wrong) << false;
-}
-
-void TestContentWalk::lines()
-{
-    QFETCH(QByteArray, lines);
-    QFETCH(bool, right);
-    const auto parts = engine::partsOf(lines.toStdString());
-    QCOMPARE(parts.has_value(), right);
-    if (right)
-        QCOMPARE(QByteArray::fromStdString(engine::linesOf(*parts)), lines);
 }
 
 QTEST_GUILESS_MAIN(TestContentWalk)

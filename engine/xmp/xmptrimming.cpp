@@ -1,19 +1,18 @@
 #include "xmptrimming.h"
 
 #include <algorithm>
-#include <expat.h>
+#include <libxml/parser.h>
 #include <memory>
+#include <new>
 #include <vector>
 
 namespace engine {
 
 namespace {
 
-constexpr char separator = ' ';
-
 struct Property
 {
-    const char *name; ///< as expat puts it: namespace, separator, local name
+    const char *name; ///< namespace, blank, local name
     bool isHistory;
 };
 
@@ -35,28 +34,44 @@ struct Range
     std::size_t end;
 };
 
-// Finds what to cut, in bytes of the packet, in their order.
+std::string nameOf(const xmlChar *nameSpace, const xmlChar *name)
+{
+    const std::string local(reinterpret_cast<const char *>(name));
+    return nameSpace ? reinterpret_cast<const char *>(nameSpace) + (' ' + local) : local;
+}
+
+// Finds what to cut, in bytes of the packet, in their order. It makes no tree of the packet: a
+// history can be tens of megabytes of small elements.
 class Cuts
 {
 public:
     Cuts(const std::string &packet, History history)
         : m_packet(packet)
         , m_history(history)
-        , m_parser(XML_ParserCreateNS("UTF-8", separator))
     {
+        xmlSAXHandler handler = {};
+        handler.initialized = XML_SAX2_MAGIC;
+        handler.startElementNs = begun;
+        handler.endElementNs = ended;
+        handler.internalSubset = declared;
+        handler.serror = [](void *, auto *) {}; // the parser prints nothing then
+        m_parser.reset(xmlNewParserCtxt());
         if (!m_parser)
             throw std::bad_alloc();
-        XML_SetUserData(m_parser.get(), this);
-        XML_SetElementHandler(m_parser.get(), begun, ended);
-        XML_SetProcessingInstructionHandler(m_parser.get(), instructed);
-        XML_SetStartDoctypeDeclHandler(m_parser.get(), declared);
+        *m_parser->sax = handler;
+        m_parser->_private = this;
     }
 
-    // Whether the packet was understood to its end.
+    // Whether the packet was understood to its end. A declared encoding is not asked: whatever is
+    // no UTF-8 is not well-formed then, and all positions are those of the packet itself.
     bool find()
     {
-        return XML_Parse(m_parser.get(), m_packet.data(), int(m_packet.size()), XML_TRUE) ==
-               XML_STATUS_OK;
+        xmlCtxtReadMemory(m_parser.get(), m_packet.data(), int(m_packet.size()), nullptr, nullptr,
+                          XML_PARSE_NONET | XML_PARSE_HUGE | XML_PARSE_IGNORE_ENC);
+        if (m_isDeclared || m_parser->wellFormed == 0 || m_parser->nsWellFormed == 0)
+            return false;
+        cutPadding();
+        return true;
     }
 
     [[nodiscard]] const std::vector<Range> &ranges() const { return m_ranges; }
@@ -64,31 +79,33 @@ public:
 private:
     struct Free
     {
-        void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
+        void operator()(xmlParserCtxt *parser) const { xmlFreeParserCtxt(parser); }
     };
-    using Parser = std::unique_ptr<std::remove_pointer_t<XML_Parser>, Free>;
 
-    static Cuts &of(void *self) { return *static_cast<Cuts *>(self); }
-
-    static void begun(void *self, const XML_Char *name, const XML_Char **) { of(self).begin(name); }
-    static void ended(void *self, const XML_Char *) { of(self).end(); }
-    static void instructed(void *self, const XML_Char *target, const XML_Char *)
+    static Cuts &of(void *parser)
     {
-        of(self).endPadding(target);
+        return *static_cast<Cuts *>(static_cast<xmlParserCtxt *>(parser)->_private);
+    }
+    static void begun(void *parser, const xmlChar *name, const xmlChar *, const xmlChar *space, int,
+                      const xmlChar **, int, int, const xmlChar **)
+    {
+        of(parser).begin(nameOf(space, name));
+    }
+    static void ended(void *parser, const xmlChar *, const xmlChar *, const xmlChar *)
+    {
+        of(parser).end();
     }
     // What a document type may bring (entities, defaults) is nothing that a packet has.
-    static void declared(void *self, const XML_Char *, const XML_Char *, const XML_Char *, int)
+    static void declared(void *parser, const xmlChar *, const xmlChar *, const xmlChar *)
     {
-        XML_StopParser(of(self).m_parser.get(), XML_FALSE);
+        of(parser).m_isDeclared = true;
+        xmlStopParser(static_cast<xmlParserCtxt *>(parser));
     }
 
+    // How far the parser has read: within a start tag, behind an end tag.
     [[nodiscard]] std::size_t position() const
     {
-        return std::size_t(XML_GetCurrentByteIndex(m_parser.get()));
-    }
-    [[nodiscard]] std::size_t positionAfter() const
-    {
-        return position() + std::size_t(XML_GetCurrentByteCount(m_parser.get()));
+        return std::size_t(xmlByteConsumed(m_parser.get()));
     }
 
     // A property of the packet lies in a description that lies in the root, or in a wrapper of it;
@@ -98,7 +115,7 @@ private:
         if (m_cutDepth == 0 && m_names.size() <= 3 && !m_names.empty() &&
             m_names.back() == description && isUnwanted(name)) {
             m_cutDepth = m_names.size() + 1;
-            m_cutBegin = position();
+            m_cutBegin = m_packet.rfind('<', position()); // no tag has another one in it
         }
         m_names.push_back(name);
     }
@@ -106,25 +123,21 @@ private:
     void end()
     {
         if (m_names.size() == m_cutDepth) {
-            m_ranges.push_back({m_cutBegin, positionAfter()});
+            m_ranges.push_back({m_cutBegin, position()});
             m_cutDepth = 0;
         }
         m_names.pop_back();
         if (m_names.empty())
-            m_rootEnd = positionAfter();
+            m_rootEnd = position();
     }
 
     // Padding is what lies between the root and the instruction that closes the packet.
-    void endPadding(const std::string &target)
+    void cutPadding()
     {
-        if (m_rootEnd == 0 || target != "xpacket")
-            return;
-        const std::size_t first = m_rootEnd;
-        const bool blank = std::all_of(
-            m_packet.begin() + std::ptrdiff_t(first), m_packet.begin() + std::ptrdiff_t(position()),
-            [](char letter) { return std::string(" \t\r\n").find(letter) != std::string::npos; });
-        if (blank && position() > first + 1)
-            m_ranges.push_back({first + 1, position()});
+        const std::size_t end = m_packet.find_first_not_of(" \t\r\n", m_rootEnd);
+        if (end != std::string::npos && end > m_rootEnd + 1 &&
+            m_packet.compare(end, 9, "<?xpacket") == 0)
+            m_ranges.push_back({m_rootEnd + 1, end});
     }
 
     [[nodiscard]] bool isUnwanted(const std::string &name) const
@@ -138,12 +151,13 @@ private:
 
     const std::string &m_packet;
     History m_history;
-    Parser m_parser;
+    std::unique_ptr<xmlParserCtxt, Free> m_parser;
     std::vector<std::string> m_names; // of the elements that are open
     std::vector<Range> m_ranges;
     std::size_t m_cutDepth = 0; // of the element that is being cut; 0: none
     std::size_t m_cutBegin = 0;
     std::size_t m_rootEnd = 0; // 0: not reached
+    bool m_isDeclared = false; // a document type
 };
 
 std::string withoutRanges(const std::string &text, const std::vector<Range> &ranges)

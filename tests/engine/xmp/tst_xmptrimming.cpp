@@ -20,10 +20,12 @@ namespace {
 
 constexpr auto begin = "<?xpacket begin=\"\xEF\xBB\xBF\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?>\n";
 constexpr auto end = "<?xpacket end=\"w\"?>";
-constexpr auto history =
+const QByteArray history =
     "<m:History><r:Seq><r:li r:parseType=\"Resource\"><m:action>saved</m:action>"
     "</r:li></r:Seq></m:History>";
-constexpr auto thumbnails = "<xmp:Thumbnails><r:Alt><r:li>/9j/4AAQ</r:li></r:Alt></xmp:Thumbnails>";
+const QByteArray thumbnails =
+    "<xmp:Thumbnails><r:Alt><r:li>/9j/4AAQ</r:li></r:Alt></xmp:Thumbnails>";
+constexpr auto latin = "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>";
 
 QByteArray root(const QByteArray &properties)
 {
@@ -71,6 +73,14 @@ void TestXmpTrimming::cut_data()
     QTest::newRow("nothing else") << packet(history) << false << packet({});
     QTest::newRow("empty one") << packet("<m:History/>" + title) << false << packet(title);
     QTest::newRow("no padding left") << packet(title + history, "") << false << packet(title, "");
+    QTest::newRow("of many megabytes")
+        << packet(thumbnails.chopped(37) + QByteArray(11 << 20, 'A') + thumbnails.last(37) + title)
+        << true << packet(title);
+    QTest::newRow("behind a byte order mark")
+        << "\xEF\xBB\xBF" + packet(title + history) << false << "\xEF\xBB\xBF" + packet(title);
+    // What readers of packets do, too.
+    QTest::newRow("whatever encoding is declared")
+        << latin + packet(title + history) << false << latin + packet(title);
 }
 
 void TestXmpTrimming::cut()
@@ -87,14 +97,15 @@ void TestXmpTrimming::untouched_data()
     QTest::newRow("empty") << QByteArray();
     QTest::newRow("no XML") << QByteArray("no XML <m:History/>");
     QTest::newRow("nothing to cut") << packet("<m:DocumentID>uuid:1</m:DocumentID>");
-    QTest::newRow("broken off") << packet(history).chopped(60);
+    QTest::newRow("broken off") << packet(history).chopped(37);
     QTest::newRow("another's history") << packet("<dc:History>1890</dc:History>");
-    QTest::newRow("in a value") << packet("<dc:source><r:Description>" + QByteArray(history) +
+    QTest::newRow("in a value") << packet("<dc:source><r:Description>" + history +
                                           "</r:Description></dc:source>");
-    QTest::newRow("in a text") << packet("<dc:title><![CDATA[" + QByteArray(history) +
-                                         "]]></dc:title>");
-    QTest::newRow("in a comment") << packet("<!--" + QByteArray(history) + "-->");
+    QTest::newRow("in a text") << packet("<dc:title><![CDATA[" + history + "]]></dc:title>");
+    QTest::newRow("in a comment") << packet("<!--" + history + "-->");
     QTest::newRow("text behind it") << begin + root({}) + "<!-- by hand -->   " + end;
+    QTest::newRow("other letters than UTF-8") << packet("<dc:title>\xE4</dc:title>" + history);
+    QTest::newRow("no such prefix") << packet("<nobodys:title/>" + history);
     QTest::newRow("document type") << "<!DOCTYPE x:xmpmeta>" + packet(history);
     // In UTF-16
     QByteArray wide;

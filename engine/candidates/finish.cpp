@@ -1,9 +1,9 @@
 #include "finish.h"
 
 #include "fonts/shrinkfonts.h"
-#include "xmp/xmpedit.h"
 #include "pdf/document.h"
 #include "pdf/streams.h"
+#include "xmp/xmpedit.h"
 
 namespace engine {
 

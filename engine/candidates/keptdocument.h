@@ -1,9 +1,9 @@
 #pragma once
 
 #include "fonts/shrinkfonts.h"
-#include "xmp/xmpedit.h"
 #include "images/imageoptions.h"
 #include "lossless/pieces.h"
+#include "xmp/xmpedit.h"
 
 #include <cstdint>
 #include <limits>

@@ -1,9 +1,9 @@
 #include "smallerimage.h"
 
-#include "formats/deflate.h"
 #include "bilevel/downsampling.h"
-#include "formats/graysampling.h"
 #include "bilevel/jbig2.h"
+#include "formats/deflate.h"
+#include "formats/graysampling.h"
 #include "formats/jpegheader.h"
 #include "pdf/streams.h"
 

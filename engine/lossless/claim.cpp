@@ -1,7 +1,7 @@
 #include "claim.h"
 
-#include "xmp/xmpclaim.h"
 #include "pdf/streams.h"
+#include "xmp/xmpclaim.h"
 
 #include <qpdf/QPDFObjectHandle.hh>
 

@@ -2,8 +2,8 @@
 
 #include "filterchain.h"
 #include "formats/deflate.h"
-#include "xmp/xmptrimming.h"
 #include "pdf/streams.h"
+#include "xmp/xmptrimming.h"
 
 namespace engine {
 

@@ -140,6 +140,7 @@ DraftReport makeDraft(const DraftOrder &order)
     if (order.withPieces)
         applyPieces(pdf, lossless);
     report.described = applyChanges(pdf, order.description);
+    report.isRestricted = pdf.isEncrypted();
     report.damaged = !document->isSound();
     if (report.damaged) {
         const auto pages = wholePages(pdf);

@@ -60,8 +60,9 @@ struct DraftReport
     std::uintmax_t size = 0;
     int images = 0; ///< that were made smaller
     int fonts = 0;
-    bool damaged = false;   ///< the document is
-    bool described = false; ///< the description has changed
+    bool damaged = false;      ///< the document is
+    bool described = false;    ///< the description has changed
+    bool isRestricted = false; ///< the document is encrypted, which the draft is not
 };
 
 /// Writes the album of the document's images, and what the proof has to know. For hostile documents

@@ -28,7 +28,8 @@ Facts factsOf(const DraftReport &report)
             {"images", report.images},
             {"fonts", report.fonts},
             {"damaged", report.damaged},
-            {"described", report.described}};
+            {"described", report.described},
+            {"restricted", report.isRestricted}};
 }
 
 DraftReport reportOf(const Facts &facts)
@@ -37,7 +38,8 @@ DraftReport reportOf(const Facts &facts)
             .images = int(valueOf(facts, "images")),
             .fonts = int(valueOf(facts, "fonts")),
             .damaged = valueOf(facts, "damaged") != 0,
-            .described = valueOf(facts, "described") != 0};
+            .described = valueOf(facts, "described") != 0,
+            .isRestricted = valueOf(facts, "restricted") != 0};
 }
 
 Facts sizeFact(std::uintmax_t size)
@@ -118,7 +120,21 @@ Choice DraftStage::choice() const
                      .repaired = m_report.damaged});
 }
 
+bool DraftStage::isFinished() const
+{
+    return !m_run.request.passwords.areSet() && !m_report.isRestricted &&
+           !m_run.request.options.leaveOutStandard14;
+}
+
 void DraftStage::finish()
+{
+    if (!isFinished())
+        writeFinished();
+    else if (writeBytes(m_file.get(), m_run.draft) != m_report.size)
+        throw Failure("not every byte of the copy got to the disk");
+}
+
+void DraftStage::writeFinished()
 {
     const Request &request = m_run.request;
     FinishOrder order = {.draft = ghostscriptOutputChannel,

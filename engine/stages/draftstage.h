@@ -44,6 +44,10 @@ public:
     [[nodiscard]] const DraftReport &report() const { return m_report; }
 
 private:
+    // Whether the copy is what was proven, byte for byte.
+    [[nodiscard]] bool isFinished() const;
+    void writeFinished();
+
     [[nodiscard]] DraftOrder orderFor(Effort effort, const std::set<int> &excluded) const;
 
     const Run &m_run;

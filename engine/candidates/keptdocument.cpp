@@ -1,6 +1,5 @@
 #include "keptdocument.h"
 
-#include "fonts/embeddedprograms.h"
 #include "images/album.h"
 #include "images/takeimages.h"
 #include "lossless/claim.h"
@@ -106,8 +105,8 @@ SurveyReport surveyDocument(const SurveyOrder &order)
     const AlbumIndex album = writeAlbum(pdf, images, order.images, order.album);
     setContent(order.index, linesOf(album));
     setContent(order.views, linesOf(pageViewsOf(pdf)));
-    // Where all is read anew, and where fonts change, every page may look otherwise.
-    const bool everywhere = !document->isSound() || (order.fonts && !embeddedPrograms(pdf).empty());
+    // Where all is read anew, every page may look otherwise. Which fonts change is not known yet.
+    const bool everywhere = !document->isSound();
     setContent(order.parts, linesOf(everywhere ? wholePages(pdf) : partsOf(images, order.images)));
     return {.pages = document->pages(),
             .albumPages = int(album.size()),

@@ -32,9 +32,8 @@ struct SurveyOrder
     int album = -1; ///< for the images; stays empty without any
     int index = -1; ///< of the album
     int views = -1; ///< for the views of all pages
-    int parts = -1; ///< for the parts that may be made smaller
+    int parts = -1; ///< for the images that may be made smaller
     ImageOptions images = {};
-    bool fonts = false; ///< font programs may be made smaller
 };
 
 /// The document that stays, with smaller parts. Files are open descriptors.

@@ -63,7 +63,6 @@ std::string AlbumStage::survey()
         .views = viewsChannel,
         .parts = touchedChannel,
         .images = imageOptionsOf(m_run.request.switches),
-        .fonts = m_run.request.options.subsetFonts,
     };
     const auto work = [order] { return factsOf(surveyDocument(order)); };
     const auto number = m_run.children.start(
@@ -83,7 +82,7 @@ std::vector<PageView> AlbumStage::views() const
     return *views;
 }
 
-std::set<int> AlbumStage::pagesToProve() const
+std::set<int> AlbumStage::pagesToDraw() const
 {
     const auto parts = partsOf(contentOf(m_parts.get()));
     if (!parts)

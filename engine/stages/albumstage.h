@@ -31,10 +31,10 @@ public:
     /// The index of the album.
     [[nodiscard]] int index() const { return m_index.get(); }
 
-    /// How a reader shows the pages of the document, and those on which something may change. Throw
-    /// a Failure if the survey did not end well.
+    /// How a reader shows the pages of the document, and those on which an image may change, or all
+    /// of a damaged one. Throw a Failure if the survey did not end well.
     [[nodiscard]] std::vector<PageView> views() const;
-    [[nodiscard]] std::set<int> pagesToProve() const;
+    [[nodiscard]] std::set<int> pagesToDraw() const;
 
     /// What Ghostscript made of it; -1: there is none.
     [[nodiscard]] int output() const { return m_isUsable ? m_output.get() : -1; }

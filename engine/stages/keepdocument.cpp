@@ -74,7 +74,7 @@ private:
             takeOriginal("it is signed");
             return;
         }
-        m_proof.begin(m_album.views(), m_album.pagesToProve());
+        m_proof.begin(m_album.views(), m_album.pagesToDraw());
         m_album.finish();
         if (!proveDraft())
             return takeUnproven();

@@ -80,12 +80,10 @@ void Proof::begin(std::vector<PageView> views, const std::set<int> &pages)
     if (!areThere(m_settings.readers))
         return;
     m_text = readText(m_original);
-    for (Drawing &drawing :
-         drawingPlan(pages, m_views, m_settings.resolution, m_settings.processes)) {
-        const bool isAhead = m_drawn.size() < std::size_t(m_settings.processes);
-        Reading reading = isAhead ? draw(m_original, drawing) : Reading();
-        m_drawn.push_back({std::move(drawing), std::move(reading)});
-    }
+    planOriginals(pages);
+    const auto ahead = std::min(m_drawn.size(), std::size_t(m_settings.processes));
+    for (std::size_t index = 0; index < ahead; ++index)
+        m_drawn[index].reading = draw(m_original, m_drawn[index].drawing);
 }
 
 bool Proof::hasSucceeded(Reading &reading)
@@ -100,9 +98,10 @@ ProofResult Proof::compare(int draft, const std::vector<TouchedPart> &parts)
     m_result = {};
     if (!hasSucceeded(m_text))
         return {.readable = false};
-    if (const auto elsewhere = partsNotDrawn(parts); !elsewhere.empty())
+    if (const auto elsewhere = partsOnNoPage(parts); !elsewhere.empty())
         blame(elsewhere, m_result.findings);
     Reading text = readText(draft);
+    planMoreOriginals(parts);
     drawCopies(draft, parts);
     compareTexts(text, parts);
     for (Comparison &comparison : std::exchange(m_comparisons, {}))
@@ -110,16 +109,44 @@ ProofResult Proof::compare(int draft, const std::vector<TouchedPart> &parts)
     return m_result;
 }
 
-std::vector<TouchedPart> Proof::partsNotDrawn(const std::vector<TouchedPart> &parts) const
+bool Proof::isPage(int page) const
+{
+    return page >= 0 && std::size_t(page) < m_views.size();
+}
+
+std::vector<TouchedPart> Proof::partsOnNoPage(const std::vector<TouchedPart> &parts) const
 {
     std::vector<TouchedPart> elsewhere;
     for (const TouchedPart &part : parts) {
-        if (std::none_of(m_drawn.begin(), m_drawn.end(), [&](const DrawnOriginal &original) {
-                return isAmong(part.page, original.drawing);
-            }))
+        if (!isPage(part.page))
             elsewhere.push_back(part);
     }
     return elsewhere;
+}
+
+bool Proof::isPlanned(int page) const
+{
+    return std::any_of(m_drawn.begin(), m_drawn.end(), [page](const DrawnOriginal &original) {
+        return isAmong(page, original.drawing);
+    });
+}
+
+void Proof::planOriginals(const std::set<int> &pages)
+{
+    for (Drawing &drawing :
+         drawingPlan(pages, m_views, m_settings.resolution, m_settings.processes))
+        m_drawn.push_back({std::move(drawing), {}});
+}
+
+// Pages on which nobody expected a change.
+void Proof::planMoreOriginals(const std::vector<TouchedPart> &parts)
+{
+    std::set<int> pages;
+    for (const TouchedPart &part : parts) {
+        if (isPage(part.page) && !isPlanned(part.page))
+            pages.insert(part.page);
+    }
+    planOriginals(pages);
 }
 
 std::vector<Proof::DrawnCopy> Proof::copyPlan(const std::vector<TouchedPart> &parts) const

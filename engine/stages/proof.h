@@ -36,14 +36,14 @@ public:
     Proof(Children &children, ProofSettings settings, int original,
           std::function<Descriptor()> scratchFile);
 
-    /// Starts reading the original: its text, and its pages, as indices, on which something may be
-    /// made smaller. Views are of all its pages, in order. Returns at once; goes on while anybody
-    /// waits for a child. To be called once.
+    /// Starts reading the original: its text, and its pages, as indices, on which something will
+    /// be made smaller as far as is known. Views are of all its pages, in order. Returns at once;
+    /// goes on while anybody waits for a child. To be called once.
     void begin(std::vector<PageView> views, const std::set<int> &pages);
 
     /// Compares an open draft of the copy, without a password, in which these parts were made
-    /// smaller, on pages that begin() was told of: all text, and these pages. May be called again
-    /// with another draft. Throws a Failure if corvgs was asked to end.
+    /// smaller: all text, and the pages of the parts. May be called again with another draft.
+    /// Throws a Failure if corvgs was asked to end.
     ProofResult compare(int draft, const std::vector<TouchedPart> &parts);
 
 private:
@@ -77,7 +77,11 @@ private:
     Reading readText(int document);
     Reading draw(int document, const Drawing &drawing);
     bool hasSucceeded(Reading &reading);
-    std::vector<TouchedPart> partsNotDrawn(const std::vector<TouchedPart> &parts) const;
+    bool isPage(int page) const;
+    bool isPlanned(int page) const;
+    std::vector<TouchedPart> partsOnNoPage(const std::vector<TouchedPart> &parts) const;
+    void planOriginals(const std::set<int> &pages);
+    void planMoreOriginals(const std::vector<TouchedPart> &parts);
     std::vector<DrawnCopy> copyPlan(const std::vector<TouchedPart> &parts) const;
     void drawCopies(int draft, const std::vector<TouchedPart> &parts);
     void settle(DrawnCopy &copy, const std::vector<TouchedPart> &parts);

@@ -178,7 +178,8 @@ private slots:
     void placeOnPage();
     void fewerPages();
     void anotherDraft();
-    void partNobodyWasToldOf();
+    void unexpectedPages();
+    void partOnNoPage();
     void nothingTouched();
     void encryptedOriginal();
     void brokenDraft();
@@ -332,14 +333,27 @@ void TestProof::anotherDraft()
     QCOMPARE(failed(proof.compare(wrong.handle(), {font(12, 2), font(13, 3)})), QList<int>{13});
 }
 
-void TestProof::partNobodyWasToldOf()
+// A page of which begin() knew nothing is drawn all the same.
+void TestProof::unexpectedPages()
+{
+    const QByteArray original = pages("40 40 50 50 re f");
+    const File originalFile(original);
+    const File wrong(pages("40 40 50 49 re f"));
+    const auto parts = {font(12, 2), font(13, 3), font(14, 5)};
+    for (const auto &expected : QList<std::set<int>>{{}, {1, 2}, {5, 6}}) {
+        Children children{Limits()};
+        Proof proof(children, settings(), originalFile.handle(), scratchFile);
+        proof.begin(viewsIn(original), expected);
+        QCOMPARE(failed(proof.compare(wrong.handle(), parts)), QList<int>{13});
+        QVERIFY(proof.compare(originalFile.handle(), parts).isSound());
+        QCOMPARE(failed(proof.compare(wrong.handle(), parts)), QList<int>{13});
+    }
+}
+
+void TestProof::partOnNoPage()
 {
     const QByteArray original = pages("BT /F 12 Tf 20 20 Td (Page) Tj ET");
-    const File file(original);
-    Children children{Limits()};
-    Proof proof(children, settings(), file.handle(), scratchFile);
-    proof.begin(viewsIn(original), {1, 2});
-    QCOMPARE(failed(proof.compare(file.handle(), {font(12, 2), font(13, 5), font(14, 70)})),
+    QCOMPARE(failed(prove(original, original, {font(12, 2), font(13, -1), font(14, 70)})),
              (QList<int>{13, 14}));
 }
 

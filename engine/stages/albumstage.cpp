@@ -9,6 +9,8 @@
 #include "system/filesize.h"
 #include "system/wholefile.h"
 
+#include <utility>
+
 namespace engine {
 
 namespace {
@@ -105,6 +107,18 @@ std::size_t AlbumStage::startGhostscript(bool withAlbum)
 void AlbumStage::start()
 {
     m_ghostscript = startGhostscript(m_report.albumPages > 0);
+}
+
+void AlbumStage::finishImages()
+{
+    if (m_report.albumPages > 0)
+        expectAccepted();
+}
+
+void AlbumStage::expectAccepted()
+{
+    if (!std::exchange(m_hasEnded, true))
+        finish();
 }
 
 void AlbumStage::finish()

@@ -22,9 +22,12 @@ public:
     /// Starts Ghostscript and does not wait.
     void start();
 
-    /// Waits for it. Throws a Failure if it refuses the mark or another value of the line. An album
-    /// that it can't make out costs the images, not the copy.
-    void finish();
+    /// Waits for the images that it makes, if there is an album. An album that it can't make out
+    /// costs the images, not the copy. Throws a Failure as expectAccepted() does.
+    void finishImages();
+
+    /// Waits for its end. Throws a Failure if it refuses the mark or another value of the line.
+    void expectAccepted();
 
     [[nodiscard]] const SurveyReport &report() const { return m_report; }
 
@@ -40,6 +43,7 @@ public:
     [[nodiscard]] int output() const { return m_isUsable ? m_output.get() : -1; }
 
 private:
+    void finish();
     std::size_t startGhostscript(bool withAlbum);
 
     const Run &m_run;
@@ -51,6 +55,7 @@ private:
     SurveyReport m_report;
     std::size_t m_ghostscript = 0;
     bool m_isUsable = false;
+    bool m_hasEnded = false;
 };
 
 } // namespace engine

@@ -70,13 +70,15 @@ private:
     {
         // Any change breaks a signature.
         if (m_album.report().isSigned && !m_draft.changesMuch()) {
-            m_album.finish();
+            m_album.expectAccepted();
             takeOriginal("it is signed");
             return;
         }
         m_proof.begin(m_album.views(), m_album.pagesToDraw());
-        m_album.finish();
-        if (!proveDraft())
+        m_album.finishImages();
+        const bool isProven = proveDraft();
+        m_album.expectAccepted();
+        if (!isProven)
             return takeUnproven();
         if (m_draft.choice() == Choice::Draft)
             m_draft.finish();

@@ -3,7 +3,7 @@
 //   corvane_inject count PROGRAM ARGUMENT...
 //       Prints, on the descriptor 9, how often each process made each of the calls below: "0 write
 //       12". Only files that were open for writing count as closed. Processes are numbered in the
-//       order in which they start; 0 is the program itself.
+//       order in which they are forked; 0 is the program itself.
 //   corvane_inject PROCESS CALL N ERROR PROGRAM ARGUMENT...
 //       The N-th such call of that process, from 1, fails with the error (ENOSPC, ...). A close is
 //       carried out and fails all the same.
@@ -60,6 +60,7 @@ struct Tracee
 {
     int number = 0;
     bool fails = false; ///< the call that it is in, at its end
+    bool hasStopped = false;
 };
 
 // Nothing is lost when a library or a pipe is closed.
@@ -162,8 +163,10 @@ private:
     void stopped(pid_t process, int status)
     {
         const int signal = WSTOPSIG(status);
-        const bool isNew = m_tracees.find(process) == m_tracees.end();
         Tracee &tracee = start(process);
+        const bool isNew = !std::exchange(tracee.hasStopped, true);
+        if (isFork(status))
+            start(childOf(process));
         if (status >> 8 == (SIGTRAP | PTRACE_EVENT_SECCOMP << 8))
             begin(process, tracee);
         else if (signal == (SIGTRAP | 0x80) && std::exchange(tracee.fails, false))
@@ -172,6 +175,20 @@ private:
         const bool isTracing = signal == (SIGTRAP | 0x80) || status >> 16 != 0 ||
                                signal == SIGTRAP || (isNew && signal == SIGSTOP);
         resume(process, tracee.fails, isTracing ? 0 : signal);
+    }
+
+    static bool isFork(int status)
+    {
+        const int event = status >> 16;
+        return event == PTRACE_EVENT_FORK || event == PTRACE_EVENT_VFORK ||
+               event == PTRACE_EVENT_CLONE;
+    }
+
+    static pid_t childOf(pid_t process)
+    {
+        unsigned long child = 0;
+        ptrace(PTRACE_GETEVENTMSG, process, nullptr, &child);
+        return static_cast<pid_t>(child);
     }
 
     void setResult(pid_t process, bool insteadOfTheCall) const

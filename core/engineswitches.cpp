@@ -49,8 +49,8 @@ constexpr ImageKind colour = {
     }},
 };
 
-// Gray never says -dDownsampleGrayImages=true: whether gray images are downsampled at all stays
-// the engine's own default, and copies made so far depend on it.
+// Gray never says -dDownsampleGrayImages=true: whether gray images are downsampled at all is left
+// to the engine, which does so unless this says false.
 constexpr ImageKind gray = {
     .typeKey = "Image/GrayType"_L1,
     .downsample = {{

@@ -5,7 +5,7 @@
 
 namespace engine {
 
-/// Makes the copy that the job asks for, or throws a Failure and leaves nothing.
+/// Makes the copy that the request asks for, or throws a Failure and leaves nothing.
 /// signals::catchAll() must have been called.
 void compress(const Request &request, const Settings &settings);
 

@@ -1,5 +1,5 @@
-// The PDF engine beside the program: runs Ghostscript so that whatever file it is given, only the
-// copy can change.
+// The PDF engine beside the program: makes the parts of a document smaller and proves the copy. All
+// that reads the document runs confined, so that whatever it contains, only the copy can change.
 
 #include "ghostscript/installation.h"
 #include "program.h"

@@ -41,7 +41,8 @@ void blankPasswords(int argc, char *argv[])
     }
 }
 
-// What is in force is known once it is; then, not even the end of a program may do as it likes.
+// The process confines itself to find out what works, so that it can't run its usual clean-up
+// afterwards.
 [[noreturn]] void sayConfinement()
 {
     std::puts(confine({}).c_str());

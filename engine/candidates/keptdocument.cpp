@@ -46,7 +46,7 @@ int objectsIn(const std::vector<TouchedPart> &parts)
     return int(objects.size());
 }
 
-// Of a part that nobody can leave out: the whole page has to look the same.
+// A part that can't be taken back: after a repair every page has to look the same.
 std::vector<TouchedPart> wholePages(QPDF &document)
 {
     std::vector<TouchedPart> parts;

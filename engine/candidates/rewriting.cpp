@@ -71,9 +71,11 @@ void repair(QPDF &copy, QPDF &original)
 
 void judgeCopy(QPDF &copy, QPDF &original)
 {
-    if (linksOf(copy) < linksOf(original) || misleadsLinks(copy, original))
-        objectToPdfa("links would be lost, or lead elsewhere");
-    if (losesText(original, copy))
+    if (const std::string loss = lossOf(copy, original); !loss.empty())
+        objectToPdfa(loss + " would be lost");
+    if (misleadsLinks(copy, original))
+        objectToPdfa("links would lead elsewhere");
+    if (losesText(copy, original))
         objectToPdfa("text would be lost");
 }
 

@@ -77,7 +77,7 @@ void Draft::giveName()
 void Draft::save()
 {
     if ((fsync(m_file.get()) != 0 && errno != EINVAL) || !m_file.close())
-        throw Failure::ofSystem("no file in " + m_folderPath);
+        throw Failure::ofSystem("the copy can't be saved in " + m_folderPath);
 }
 
 void Draft::publish(Output &output)

@@ -18,10 +18,10 @@ class PrivateFolder
 public:
     PrivateFolder();
 
-    /// Where the engine may write.
+    /// Where Ghostscript may write.
     [[nodiscard]] std::filesystem::path workFolder() const { return m_folder->path() / "work"; }
 
-    /// An empty file, open for reading and writing, that is out of the engine's reach by name.
+    /// An empty file, open for reading and writing, that Ghostscript can't open by name.
     [[nodiscard]] Descriptor openFile() const;
 
     /// The folder, open.

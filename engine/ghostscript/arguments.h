@@ -11,8 +11,9 @@ namespace engine {
 /// are named by their channels.
 std::vector<std::string> rewritingArguments(const Request &request);
 
-/// The arguments with which it rewrites an album of images, whose words those about the copy have
-/// already become; without an album only the mark, whose values it refuses or not.
+/// The arguments with which it rewrites an album of images; the words are those for the album.
+/// Without an album it still runs the mark, because it alone knows which values of a mark are
+/// valid.
 std::vector<std::string> albumArguments(std::vector<std::string> words, bool hasAlbum,
                                         bool hasMark);
 

@@ -17,9 +17,9 @@ struct AlbumPage
 using AlbumIndex = std::vector<AlbumPage>;
 
 /// Writes a document that shows every image for Ghostscript to make smaller, or to take off, on a
-/// page of its own, as large as it is shown at most. Its samples have no meaning there but gray,
-/// RGB or CMYK, and no mask. Without any image the file stays empty. Throws a std::exception if it
-/// can't be written.
+/// page of its own, as large as it is shown at most. There its colour space is the device's gray,
+/// RGB or CMYK, so that no sample is converted, and it has no mask. Without any image the file
+/// stays empty. Throws a std::exception if it can't be written.
 AlbumIndex writeAlbum(QPDF &document, const std::vector<SurveyedImage> &images,
                       const ImageOptions &options, int file);
 

@@ -16,7 +16,7 @@ enum class ImageKind {
 enum class LeftAlone {
     No,
     Damaged,        ///< its entries make no sense, or are not what its stream says
-    ColourKey,      ///< its mask speaks of samples that would be others
+    ColourKey,      ///< its mask names colours by their samples, which would change
     Matte,          ///< its colours were mixed with a backdrop by its soft mask, or it is that mask
     SoftMaskInside, ///< /SMaskInData
     Alternates,

@@ -76,7 +76,8 @@ bool isAboutMono(const std::string &word)
     });
 }
 
-// What Ghostscript refuses has to be refused for bilevel images as well.
+// It stays on the line of the album even where bilevel images are left to the engine, so that
+// Ghostscript refuses the values that it refuses elsewhere.
 bool isResolution(const std::string &word)
 {
     const std::string name = Switches("Mono").resolution;

@@ -27,8 +27,8 @@ struct ImageOptions
     ClassOptions gray;
     ClassOptions mono;
 
-    /// Whether Ghostscript writes the bilevel images: what is asked for is what it can do itself.
-    /// Else it only takes them off, without loss.
+    /// Whether Ghostscript samples and codes the bilevel images, because it can do what is asked.
+    /// Otherwise it only decodes them, and the engine samples and codes their pixels.
     [[nodiscard]] bool monoByGhostscript() const;
 };
 
@@ -36,8 +36,9 @@ struct ImageOptions
 /// resolution, and nothing forbids it.
 ImageOptions imageOptionsOf(const std::vector<std::string> &words);
 
-/// The words that Ghostscript gets for the album, from those of the window's line: as many as stay,
-/// those about bilevel images as they have to be, and what keeps every image an object.
+/// The words that Ghostscript gets for the album: those of the window's line, except that bilevel
+/// images may be left to the engine, that gray images are downsampled, and that no image becomes
+/// part of a page's content.
 std::vector<std::string> albumWords(const std::vector<std::string> &words);
 
 } // namespace engine

@@ -86,7 +86,8 @@ private:
         case Treatment::Pixels:
             break;
         }
-        // Shown larger now than it was, because another became one with it, it would be blurred.
+        // Equal images were merged since the survey, and one of them is shown larger: the album's
+        // image has too few pixels for that.
         const auto written = m_written.find(image.object);
         if (written == m_written.end() || written->second.dpi > image.dpi * sameSize)
             return {};

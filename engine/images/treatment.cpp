@@ -7,8 +7,8 @@ namespace {
 // The head of a JPEG alone has more.
 constexpr std::size_t smallestStream = 200;
 
-// Whoever lost something already is not recoded, only downsampled: a JPEG that is not downsampled
-// keeps its samples.
+// An image that is a JPEG already is only downsampled: coding its samples as a JPEG again would
+// lose quality a second time.
 Treatment ofSamples(const SurveyedImage &image, const ClassOptions &options)
 {
     const ImageFacts &facts = image.facts;

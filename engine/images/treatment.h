@@ -8,12 +8,12 @@ namespace engine {
 /// How an image is made smaller.
 enum class Treatment {
     None,        ///< it stays
-    Ghostscript, ///< the album's image goes in its place
-    Pixels,      ///< the album gives its pixels, what is made of them is made here
-    Here         ///< all is made here
+    Ghostscript, ///< Ghostscript samples and codes it; the album's image goes in its place
+    Pixels,      ///< Ghostscript decodes it; the engine samples and codes the pixels
+    Here         ///< the engine decodes, samples and codes it
 };
 
-/// What a line's options mean for an image. One whose making smaller brings nothing stays.
+/// What a line's options mean for an image. None where it would not become smaller.
 Treatment treatmentOf(const SurveyedImage &image, const ImageOptions &options);
 
 } // namespace engine

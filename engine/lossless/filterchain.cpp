@@ -60,7 +60,8 @@ Object withoutPredictor(Object parameters)
     return rest;
 }
 
-// libqpdf takes off all layers or none: a stream that has no others is never written.
+// libqpdf decodes all filters of a stream or none. So the bytes below the outer filters are those
+// of a stream that has only these, made for this purpose and not part of the document.
 Object shortened(QPDF &document, Object stream, std::vector<Layer> layers)
 {
     layers.back().parameters = withoutPredictor(layers.back().parameters);

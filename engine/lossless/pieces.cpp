@@ -13,8 +13,9 @@ namespace engine {
 
 const std::vector<Piece> &losslessPieces()
 {
-    // What goes need not be compared, and what is there once need not be coded twice. Streams that
-    // are equal only when they are coded in one way are so few that nobody looks for them.
+    // Pieces that remove objects run first, because what is gone need not be compared; equal parts
+    // are merged before they are coded, because then they are coded once. Few streams are equal
+    // only after they are coded alike, so nothing is merged again at the end.
     static const std::vector<Piece> pieces = {
         {"leftovers", dropLeftovers},      {"packet", trimPacket},
         {"unused names", dropUnusedNames}, {"equal parts", mergeEqualParts},

@@ -5,11 +5,12 @@
 
 namespace engine {
 
-/// What the copy has less of than the original, of what a reader can use but not see: "links",
-/// "form fields", "comments" and the like. Empty if nothing is lost.
-std::string lossOf(QPDF &original, QPDF &copy);
+/// What the copy has less of than the original, of what has to stay and is not seen on the pages:
+/// "links" or "outline entries". Empty if nothing is lost.
+std::string lossOf(QPDF &copy, QPDF &original);
 
-/// What Ghostscript spoils wherever a document has it; empty if it has nothing of the kind.
+/// What the document has that Ghostscript 10.00 spoils in a rewriting, such as "conditions on
+/// layers"; empty if it has nothing of the kind.
 std::string unsupportedFeature(QPDF &original);
 
 std::size_t linksOf(QPDF &document);

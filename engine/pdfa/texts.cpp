@@ -210,7 +210,7 @@ bool restoreToUnicode(QPDF &copy, QPDF &original)
     return true;
 }
 
-bool losesText(QPDF &original, QPDF &copy)
+bool losesText(QPDF &copy, QPDF &original)
 {
     const auto pages = QPDFPageDocumentHelper(original).getAllPages();
     const auto copies = QPDFPageDocumentHelper(copy).getAllPages();

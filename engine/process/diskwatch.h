@@ -5,7 +5,7 @@
 
 namespace engine {
 
-/// Keeps an engine from filling the disk. It sees what no sum of file sizes does: files that were
+/// Keeps a child from filling the disk. It sees what no sum of file sizes does: files that were
 /// removed while open.
 class DiskWatch
 {

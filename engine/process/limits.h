@@ -17,7 +17,7 @@ struct Limits
     /// of forms that show each other is written for ever.
     std::chrono::duration<double> step = std::chrono::minutes(5);
 
-    /// Bytes of address space of the engine. Ghostscript itself takes a quarter of a gibibyte and
+    /// Bytes of address space of a child. Ghostscript itself takes a quarter of a gibibyte and
     /// the bitmap that the window allows 300 MB more; a machine of 8 GiB lives through four.
     std::uintmax_t memory = std::uintmax_t(4) << 30;
 
@@ -26,10 +26,10 @@ struct Limits
     std::uintmax_t output = std::uintmax_t(4) << 30;
 
     /// The same as a multiple of the document's size, where that is more: losslessly recompressed
-    /// scans of gigabytes finish. Who compresses a file has no use for fifty times its size.
+    /// scans of gigabytes finish. A copy of fifty times the original's size is of no use.
     std::uintmax_t outputFactor = 50;
 
-    /// Bytes of disk space that the engine leaves to everybody else: at a gigabyte a second, as
+    /// Bytes of disk space that a child leaves to everybody else: at a gigabyte a second, as
     /// much as it can take between two looks. A disk that has less from the start may be used up.
     std::uintmax_t reserve = std::uintmax_t(512) << 20;
 

@@ -7,7 +7,7 @@ struct CopyOptions
 {
     bool pdfa = false;
 
-    /// Bilevel images may take whatever lossless compression makes them smallest, JBIG2 above all.
+    /// For PDF/A only: bilevel images may become JBIG2. Elsewhere the options of the images decide.
     bool smallestBilevel = false;
 
     bool compressedFonts = true;

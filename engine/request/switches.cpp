@@ -13,7 +13,7 @@ constexpr std::string_view fixedWords[] = {
     "-q",         "-dBATCH",  "-dMaxBitmap=300000000",    "-dNOPAUSE", "-dSAFER",
     deviceSwitch, pdfaSwitch, "-dCompatibilityLevel=1.4",
 };
-// What every line of the window begins with, however bent its end may be.
+// A line that begins so comes from the window, even if what follows was damaged.
 constexpr auto windowBeginning = std::span(fixedWords).first(3);
 
 constexpr std::string_view flags[] = {"true", "false"};

@@ -80,7 +80,7 @@ std::vector<PageView> AlbumStage::views() const
 {
     const auto views = viewsOf(contentOf(m_views.get()));
     if (!views)
-        throw Failure(m_run.request.input + ": the document breaks whoever reads it");
+        throw crashOver(m_run.request.input);
     return *views;
 }
 
@@ -88,7 +88,7 @@ std::set<int> AlbumStage::pagesToDraw() const
 {
     const auto parts = partsOf(contentOf(m_parts.get()));
     if (!parts)
-        throw Failure(m_run.request.input + ": the document breaks whoever reads it");
+        throw crashOver(m_run.request.input);
     std::set<int> pages;
     for (const TouchedPart &part : *parts)
         pages.insert(part.page);

@@ -4,7 +4,6 @@
 #include "confinement/memorylimit.h"
 #include "process/channels.h"
 #include "process/signals.h"
-#include "system/failure.h"
 #include "system/filesize.h"
 #include "system/progress.h"
 #include "system/writing.h"
@@ -76,13 +75,20 @@ ChildTask confinedTask(const ConfinedFiles &files, std::uintmax_t documentSize,
     return task;
 }
 
+Failure crashOver(const std::string &document)
+{
+    return Failure(document + ": the process that reads it crashed");
+}
+
 std::string objectionIn(const ChildResult &result, const std::string &document)
 {
     if (result.interrupted)
         throw Failure("ended by a signal", 128 + signals::endRequest());
+    if (!result.violation.empty())
+        throw Failure(document + ": the process that reads it " + result.violation);
     const std::string &report = result.report;
-    if (!result.violation.empty() || result.signal != 0 || result.status != 0 || report.empty())
-        throw Failure(document + ": the document breaks whoever reads it");
+    if (result.signal != 0 || result.status != 0 || report.empty())
+        throw crashOver(document);
     return report.front() == objectionSign ? report.substr(1) : std::string();
 }
 
@@ -93,7 +99,7 @@ Facts answerOf(const ChildResult &result, const std::string &document)
     if (!reason.empty())
         throw Failure(document + ": " + reason);
     if (!answer)
-        throw Failure(document + ": the document breaks whoever reads it");
+        throw crashOver(document);
     return *answer;
 }
 

@@ -2,6 +2,7 @@
 
 #include "facts.h"
 #include "process/child.h"
+#include "system/failure.h"
 
 #include <functional>
 #include <string>
@@ -26,6 +27,9 @@ ChildTask confinedTask(const ConfinedFiles &files, std::uintmax_t documentSize,
 /// What the child found out. Throws a Failure that begins with the name of the document if it had
 /// something to object, or did not end well.
 Facts answerOf(const ChildResult &result, const std::string &document);
+
+/// The failure of a run whose child ended without a usable answer.
+Failure crashOver(const std::string &document);
 
 /// Why the document can't be read, as the child says; empty if it has nothing to object. Throws a
 /// Failure if it did not end well.

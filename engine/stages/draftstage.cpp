@@ -98,7 +98,7 @@ std::vector<TouchedPart> DraftStage::touched() const
 {
     const auto parts = partsOf(contentOf(m_touched.get()));
     if (!parts)
-        throw Failure(m_run.request.input + ": the document breaks whoever reads it");
+        throw crashOver(m_run.request.input);
     return *parts;
 }
 

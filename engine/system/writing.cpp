@@ -12,7 +12,7 @@ void writeAll(int file, std::string_view bytes)
     while (!bytes.empty()) {
         const ssize_t count = write(file, bytes.data(), bytes.size());
         if (count < 0 && errno != EINTR)
-            failWriting("write");
+            failWriting("a file can't be written");
         if (count > 0)
             bytes.remove_prefix(std::size_t(count));
     }

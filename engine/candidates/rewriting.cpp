@@ -8,6 +8,7 @@
 #include "pdfa/judgement.h"
 #include "pdfa/links.h"
 #include "pdfa/losses.h"
+#include "pdfa/outline.h"
 #include "pdfa/rules.h"
 #include "pdfa/texts.h"
 #include "pdfa/viewing.h"
@@ -65,6 +66,7 @@ void repair(QPDF &copy, QPDF &original)
     restoreViewing(copy, original);
     restoreOwnEntries(copy, original);
     restoreLinks(copy, original, true);
+    restoreOutline(copy, original);
     if (!restoreToUnicode(copy, original))
         objectToPdfa("letters would be lost");
 }

@@ -1,13 +1,12 @@
 #include "links.h"
 
+#include "destinations.h"
 #include "pdf/foreign.h"
 #include "pdf/walk.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <map>
-#include <qpdf/QPDFNameTreeObjectHelper.hh>
 #include <qpdf/QPDFObjectHandle.hh>
 #include <qpdf/QPDFPageDocumentHelper.hh>
 
@@ -49,9 +48,8 @@ public:
         , m_printable(printable)
         , m_pages(QPDFPageDocumentHelper(original).getAllPages())
         , m_copyPages(QPDFPageDocumentHelper(copy).getAllPages())
+        , m_destinations(copy, original)
     {
-        for (std::size_t index = 0; index < m_pages.size(); ++index)
-            m_numbers[m_pages[index].getObjectHandle().getObjGen()] = index;
     }
 
     void restore()
@@ -91,11 +89,11 @@ private:
 
     bool isMovedPlace(Object destination, const std::vector<bool> &moved)
     {
-        destination = arrayFor(destination);
+        destination = m_destinations.arrayOf(destination);
         if (!destination.isArray() || destination.getArrayNItems() < 3)
             return false;
-        const auto number = m_numbers.find(destination.getArrayItem(0).getObjGen());
-        if (number == m_numbers.end() || !moved[number->second])
+        const auto page = m_destinations.pageOf(destination);
+        if (!page || !moved[*page])
             return false;
         const auto items = destination.getArrayAsVector();
         return std::any_of(items.begin() + 2, items.end(), [](Object item) {
@@ -107,17 +105,13 @@ private:
     void restoreOpening();
     void replaceLinks(Object page, const std::vector<QPDFAnnotationObjectHelper> &links);
     Object linkFor(Object link);
-    Object destinationFor(Object destination);
-    Object arrayFor(Object destination);
-    Object explicitDestination(Object destination);
-    Object namedDestination(Object name);
 
     QPDF &m_copy;
     QPDF &m_original;
     bool m_printable;
     Pages m_pages;
     Pages m_copyPages;
-    std::map<QPDFObjGen, std::size_t> m_numbers;
+    Destinations m_destinations;
 };
 
 bool LinkRestorer::isSamePlane(QPDFPageObjectHelper page, QPDFPageObjectHelper copy)
@@ -145,7 +139,8 @@ void LinkRestorer::restoreOpening()
     Object opening = m_original.getRoot().getKey("/OpenAction");
     if (opening.isDictionary() && opening.getKey("/S").isNameAndEquals("/GoTo"))
         opening = opening.getKey("/D");
-    Object destination = destinationFor(opening.isDictionary() ? Object::newNull() : opening);
+    Object destination =
+        m_destinations.inCopy(opening.isDictionary() ? Object::newNull() : opening);
     if (destination.isArray() && !m_copy.getRoot().hasKey("/OpenAction"))
         m_copy.getRoot().replaceKey("/OpenAction", destination);
 }
@@ -165,52 +160,10 @@ Object LinkRestorer::linkFor(Object link)
     if (action.isDictionary() && !action.getKey("/S").isNameAndEquals("/GoTo"))
         result.replaceKey("/A", broughtInto(m_copy, action));
     else
-        result.replaceKey("/Dest", destinationFor(action.isDictionary() ? action.getKey("/D")
-                                                                        : link.getKey("/Dest")));
+        result.replaceKey("/Dest",
+                          m_destinations.inCopy(action.isDictionary() ? action.getKey("/D")
+                                                                      : link.getKey("/Dest")));
     return result;
-}
-
-Object LinkRestorer::destinationFor(Object destination)
-{
-    destination = arrayFor(destination);
-    return destination.isArray() ? explicitDestination(destination) : Object::newNull();
-}
-
-Object LinkRestorer::arrayFor(Object destination)
-{
-    if (destination.isString() || destination.isName())
-        destination = namedDestination(destination);
-    return destination.isDictionary() ? destination.getKey("/D") : destination;
-}
-
-Object LinkRestorer::explicitDestination(Object destination)
-{
-    Object result = Object::newArray();
-    for (const auto &item : destination.getArrayAsVector()) {
-        if (result.getArrayNItems() > 0) {
-            result.appendItem(broughtInto(m_copy, item));
-            continue;
-        }
-        const auto number = m_numbers.find(item.getObjGen());
-        if (number == m_numbers.end() || number->second >= m_copyPages.size())
-            return Object::newNull();
-        result.appendItem(m_copyPages[number->second].getObjectHandle());
-    }
-    return result;
-}
-
-Object LinkRestorer::namedDestination(Object name)
-{
-    Object root = m_original.getRoot();
-    if (name.isName())
-        return root.getKey("/Dests").isDictionary() ? root.getKey("/Dests").getKey(name.getName())
-                                                    : Object::newNull();
-    Object names = root.getKey("/Names");
-    Object found = Object::newNull();
-    if (names.isDictionary() && names.getKey("/Dests").isDictionary())
-        QPDFNameTreeObjectHelper(names.getKey("/Dests"), m_original, false)
-            .findObject(name.getUTF8Value(), found);
-    return found;
 }
 
 } // namespace

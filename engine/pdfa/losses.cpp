@@ -1,28 +1,15 @@
 #include "losses.h"
 
+#include "outline.h"
 #include "pdf/walk.h"
 
 #include <algorithm>
-#include <qpdf/QPDFOutlineDocumentHelper.hh>
 #include <qpdf/QPDFPageDocumentHelper.hh>
 #include <utility>
 
 namespace engine {
 
 namespace {
-
-std::size_t entriesBelow(const std::vector<QPDFOutlineObjectHelper> &outlines)
-{
-    std::size_t count = outlines.size();
-    for (auto outline : outlines)
-        count += entriesBelow(outline.getKids());
-    return count;
-}
-
-std::size_t outlineEntries(QPDF &document)
-{
-    return entriesBelow(QPDFOutlineDocumentHelper(document).getTopLevelOutlines());
-}
 
 std::size_t annotations(QPDF &document, const std::string &subtype)
 {

@@ -1,7 +1,9 @@
 #include "findings.h"
 
+#include "lettercomparison.h"
 #include "picturecomparison.h"
 #include "placement.h"
+#include "rewrittenpicture.h"
 #include "textcomparison.h"
 
 #include <charconv>
@@ -55,6 +57,20 @@ std::vector<PlacedImage> placesOf(const Parts &parts, const PageView &page, cons
     return places;
 }
 
+Findings blamedAll(const Parts &parts)
+{
+    Findings findings = blamed(parts);
+    blame(PartKind::Image, parts, findings);
+    return findings;
+}
+
+Findings compareRewritten(const Picture &copy, const Picture &original, const Parts &parts,
+                          Likeness likeness)
+{
+    return showsTheSame(copy, original, likeness == Likeness::Rewritten) ? Findings()
+                                                                         : blamedAll(parts);
+}
+
 Findings comparePage(const Picture &copy, const Picture &original, const PageView &page,
                      const Parts &parts)
 {
@@ -63,13 +79,6 @@ Findings comparePage(const Picture &copy, const Picture &original, const PageVie
     Findings findings{.failed = difference.images, .unexplained = false};
     if (difference.elsewhere)
         findings.add(blamed(parts));
-    return findings;
-}
-
-Findings blamedAll(const Parts &parts)
-{
-    Findings findings = blamed(parts);
-    blame(PartKind::Image, parts, findings);
     return findings;
 }
 
@@ -131,16 +140,19 @@ void Findings::add(const Findings &more)
     unexplained = unexplained || more.unexplained;
 }
 
-Findings compareTexts(int copy, int original, const std::vector<TouchedPart> &parts)
+Findings compareTexts(int copy, int original, const std::vector<TouchedPart> &parts,
+                      Likeness likeness)
 {
     Findings findings;
-    for (const int page : pagesOfOtherText(copy, original))
+    const auto pages = likeness == Likeness::Same ? pagesOfOtherText(copy, original)
+                                                  : pagesOfOtherLetters(copy, original);
+    for (const int page : pages)
         findings.add(blamed(partsOn(page, parts)));
     return findings;
 }
 
 Findings comparePictures(const DrawnPages &copy, const DrawnPages &original,
-                         const std::vector<TouchedPart> &parts)
+                         const std::vector<TouchedPart> &parts, Likeness likeness)
 {
     DrawnFile copies(copy);
     DrawnFile originals(original);
@@ -149,7 +161,12 @@ Findings comparePictures(const DrawnPages &copy, const DrawnPages &original,
         const Parts here = partsOn(page.page, parts);
         const auto one = copies.pictureOf(page.page);
         const auto other = originals.pictureOf(page.page);
-        findings.add(one && other ? comparePage(*one, *other, page, here) : blamedAll(here));
+        if (!one || !other)
+            findings.add(blamedAll(here));
+        else if (likeness == Likeness::Same)
+            findings.add(comparePage(*one, *other, page, here));
+        else
+            findings.add(compareRewritten(*one, *other, here, likeness));
     }
     return findings;
 }

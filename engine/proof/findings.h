@@ -23,9 +23,17 @@ struct Findings
     void add(const Findings &more);
 };
 
-/// Compares the texts in two open files, as in pagesOfOtherText(). To blame are the fonts that show
-/// on a page, else its images.
-Findings compareTexts(int copy, int original, const std::vector<TouchedPart> &parts);
+/// How like its original a copy has to be.
+enum class Likeness {
+    Same,               ///< but for the images that were made smaller, it is the same document
+    Rewritten,          ///< another program wrote it anew as a whole; see showsTheSame()
+    RewrittenOtherFonts ///< the same, with fonts that the original leaves to the reader
+};
+
+/// Compares the texts in two open files, as in pagesOfOtherText(), or pagesOfOtherLetters() of a
+/// rewriting. To blame are the fonts that show on a page, else its images.
+Findings compareTexts(int copy, int original, const std::vector<TouchedPart> &parts,
+                      Likeness likeness = Likeness::Same);
 
 /// The pictures of pages in an open file, one after the other, as PictureFile reads them.
 struct DrawnPages
@@ -36,9 +44,10 @@ struct DrawnPages
 
 /// Compares the pages of the copy with the same ones of the original, which may have more; both are
 /// in the order of the document. To blame is an image where it shows, elsewhere the fonts that show
-/// on the page, else its images; and all of these if there is no picture.
+/// on the page, else its images; and all of these if there is no picture, or on a page of a
+/// rewriting.
 Findings comparePictures(const DrawnPages &copy, const DrawnPages &original,
-                         const std::vector<TouchedPart> &parts);
+                         const std::vector<TouchedPart> &parts, Likeness likeness = Likeness::Same);
 
 /// To be passed from one confined process to another.
 std::string linesOf(const Findings &findings);

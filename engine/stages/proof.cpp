@@ -93,8 +93,9 @@ bool Proof::hasSucceeded(Reading &reading)
     return reading.succeeded;
 }
 
-ProofResult Proof::compare(int draft, const std::vector<TouchedPart> &parts)
+ProofResult Proof::compare(int draft, const std::vector<TouchedPart> &parts, Likeness likeness)
 {
+    m_likeness = likeness;
     m_result = {};
     if (!hasSucceeded(m_text))
         return {.readable = false};
@@ -192,9 +193,10 @@ void Proof::settle(DrawnCopy &copy, const std::vector<TouchedPart> &parts)
         blame(there, m_result.findings);
     } else {
         startComparison(copy.reading, original.reading,
-                        [&copy, &original, &there](int copyFile, int originalFile) {
+                        [this, &copy, &original, &there](int copyFile, int originalFile) {
                             return comparePictures({copyFile, copy.drawing.pages},
-                                                   {originalFile, original.drawing.pages}, there);
+                                                   {originalFile, original.drawing.pages}, there,
+                                                   m_likeness);
                         });
     }
 }
@@ -209,7 +211,7 @@ void Proof::compareTexts(Reading &text, const std::vector<TouchedPart> &parts)
     startComparison(text, m_text, [this, &parts](int copy, int original) {
         if (std::size_t(countPages(original)) != m_views.size())
             throw std::runtime_error("another number of pages");
-        return engine::compareTexts(copy, original, parts);
+        return engine::compareTexts(copy, original, parts, m_likeness);
     });
 }
 

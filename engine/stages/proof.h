@@ -44,7 +44,8 @@ public:
     /// Compares an open draft of the copy, without a password, in which these parts were made
     /// smaller: all text, and the pages of the parts. May be called again with another draft.
     /// Throws a Failure if corvgs was asked to end.
-    ProofResult compare(int draft, const std::vector<TouchedPart> &parts);
+    ProofResult compare(int draft, const std::vector<TouchedPart> &parts,
+                        Likeness likeness = Likeness::Same);
 
 private:
     // What the reader makes of a document.
@@ -97,6 +98,7 @@ private:
     Reading m_text;
     std::vector<DrawnOriginal> m_drawn;
     std::vector<Comparison> m_comparisons;
+    Likeness m_likeness = Likeness::Same;
     ProofResult m_result;
 };
 

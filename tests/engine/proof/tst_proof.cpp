@@ -84,7 +84,7 @@ ProofSettings settings()
 
 ProofResult prove(const QByteArray &copy, const QByteArray &original,
                   const std::vector<TouchedPart> &parts, const ProofSettings &with = settings(),
-                  std::vector<PageView> views = {})
+                  std::vector<PageView> views = {}, Likeness likeness = Likeness::Same)
 {
     if (views.empty())
         views = viewsIn(original);
@@ -96,7 +96,7 @@ ProofResult prove(const QByteArray &copy, const QByteArray &original,
     Children children{Limits()};
     Proof proof(children, with, originalFile.handle(), scratchFile);
     proof.begin(views, pages);
-    return proof.compare(copyFile.handle(), parts);
+    return proof.compare(copyFile.handle(), parts, likeness);
 }
 
 QList<int> failed(const ProofResult &result)
@@ -172,6 +172,10 @@ private slots:
     void same();
     void mutants_data();
     void mutants();
+    void mutantsOfRewriting_data();
+    void mutantsOfRewriting();
+    void soundRewriting_data();
+    void soundRewriting();
     void wrongImage_data();
     void wrongImage();
     void placeOnPage_data();
@@ -251,6 +255,96 @@ void TestProof::mutants()
         QCOMPARE(failed(prove(copy, original, {smallImage}, drawn)), QList<int>{90});
         QVERIFY(prove(original, original, {font(5), smallImage}, drawn).isSound());
     }
+}
+
+// What is lost or changed where everything may be drawn a little otherwise.
+void TestProof::mutantsOfRewriting_data()
+{
+    QTest::addColumn<QByteArray>("meant");
+    QTest::addColumn<QByteArray>("copied");
+    QTest::addColumn<bool>("withOtherFonts"); // it is seen where fonts are others, too
+    const auto text = [](const QByteArray &state, const QByteArray &string = "The parish holds") {
+        return "BT " + state + " 20 100 Td (" + string + ") Tj ET";
+    };
+    const QByteArray none;
+    QTest::newRow("line of text") << text("/F 10 Tf") << none << true;
+    QTest::newRow("line of invisible text") << text("/F 10 Tf 3 Tr") << none << true;
+    QTest::newRow("other letters")
+        << text("/F 10 Tf 3 Tr") << text("/F 10 Tf 3 Tr", "Tke marsh") << true;
+    QTest::newRow("one letter of a few")
+        << text("/F 10 Tf") << text("/F 10 Tf", "The marish holds") << true;
+    const QByteArray stillThere = text("/F 10 Tf 3 Tr");
+    QTest::newRow("line of drawn text") << text("/F 10 Tf") << stillThere << true;
+    QTest::newRow("small print") << text("/F 8 Tf") << stillThere << false;
+    QTest::newRow("gray print") << text("0.4 g /F 10 Tf") << stillThere << false;
+    QTest::newRow("a line lower") << text("/F 10 Tf")
+                                  << "q 1 0 0 1 0 -8 cm " + text("/F 10 Tf") + " Q" << true;
+    QTest::newRow("small image")
+        << QByteArray("q 3 0 0 3 60 60 cm BI /W 1 /H 1 /BPC 8 /CS /G ID \x30 EI Q") << none
+        << false;
+    QTest::newRow("image") << QByteArray(
+                                  "q 24 0 0 24 60 60 cm BI /W 1 /H 1 /BPC 8 /CS /G ID \x80 EI Q")
+                           << none << true;
+    QTest::newRow("pale image")
+        << QByteArray("q 80 0 0 80 60 40 cm BI /W 1 /H 1 /BPC 8 /CS /G ID \xe0 EI Q") << none
+        << true;
+    QTest::newRow("thin line") << QByteArray("0.1 w 20 80 m 120 80 l S") << none << true;
+    QTest::newRow("thinnest line") << QByteArray("0 w 20 81 m 120 81 l S") << none << true;
+    QTest::newRow("upright line") << QByteArray("0.25 w 80 20 m 80 120 l S") << none << true;
+    QTest::newRow("slanting line") << QByteArray("1 w 20 80 m 120 120 l S") << none << false;
+    QTest::newRow("drawing") << QByteArray("40 40 m 60 80 l 80 40 l f") << none << true;
+    QTest::newRow("colour") << QByteArray("1 0 0 rg 20 20 30 30 re f")
+                            << QByteArray("0 0 1 rg 20 20 30 30 re f") << true;
+}
+
+void TestProof::mutantsOfRewriting()
+{
+    QFETCH(QByteArray, meant);
+    QFETCH(QByteArray, copied);
+    QFETCH(bool, withOtherFonts);
+    documents::Parts parts;
+    parts.content = meant;
+    const QByteArray original = documents::withParts(parts);
+    parts.content = copied;
+    const QByteArray copy = documents::withParts(parts);
+    const auto found = [&](Likeness likeness) {
+        return failed(prove(copy, original, {font(5)}, settings(), {}, likeness));
+    };
+    QCOMPARE(found(Likeness::Rewritten), QList<int>{5});
+    if (withOtherFonts)
+        QCOMPARE(found(Likeness::RewrittenOtherFonts), QList<int>{5});
+}
+
+void TestProof::soundRewriting_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("text") << QByteArray("BT /F 10 Tf 20 100 Td (The parish) Tj 3.3 0 Td"
+                                        " /F 6 Tf 20 90 Td (holds some pages) Tj ET");
+    QTest::newRow("lines") << QByteArray("0 w 20 80 m 120 80 l S 0.5 w 20 60.3 m 120 90 l S");
+    QTest::newRow("colours") << QByteArray("1 0 0 0 k 20 20 40 40 re f 0 1 0 0 k 60 20 40 40 re f"
+                                           " 0 0 1 0 k 100 20 40 40 re f 1 1 0 0 k 20 60 40 40 re f"
+                                           " 0 1 1 0 k 60 60 40 40 re f 1 0 1 0 k 100 60 40 40 re f"
+                                           " 0 0 0 1 k 140 60 40 40 re f");
+    QTest::newRow("image") << QByteArray(
+        "q 30 0 0 30 60 60 cm BI /W 2 /H 2 /BPC 8 /CS /G ID \x20\x80\xc0\xf0 EI Q");
+}
+
+// Ghostscript's own.
+void TestProof::soundRewriting()
+{
+    QFETCH(QByteArray, content);
+    const Bench bench;
+    documents::Parts parts;
+    parts.content = content;
+    const QByteArray original = documents::withParts(parts);
+    write(bench.in("a.pdf"), original);
+    documents::outputOf(Bench::ghostscript(),
+                        {"-q", "-dBATCH", "-dNOPAUSE", "-sDEVICE=pdfwrite",
+                         "-sColorConversionStrategy=RGB", "-sOutputFile=" + bench.out("a.pdf"),
+                         bench.in("a.pdf")});
+    const QByteArray copy = contentOf(bench.out("a.pdf"));
+    QVERIFY(!copy.isEmpty());
+    QVERIFY(prove(copy, original, {font(5)}, settings(), {}, Likeness::Rewritten).isSound());
 }
 
 void TestProof::wrongImage_data()

@@ -84,6 +84,27 @@ bool isResolution(const std::string &word)
     return word.compare(0, name.size(), name) == 0;
 }
 
+// Bilevel images pass through, without loss.
+Words withPlainMono(const Words &words)
+{
+    const Switches mono("Mono");
+    Words plain;
+    std::copy_if(words.begin(), words.end(), std::back_inserter(plain),
+                 [](const std::string &word) { return !isAboutMono(word) || isResolution(word); });
+    plain.push_back(mono.downsample + "false");
+    plain.push_back(mono.autoFilter + "false");
+    plain.push_back(mono.filter + "/FlateEncode");
+    return plain;
+}
+
+// Ghostscript's own default is to leave gray images as large as they are.
+Words withGraySampling(Words words, const ImageOptions &options)
+{
+    if (options.gray.sampling != Sampling::None)
+        words.push_back(Switches("Gray").downsample + "true");
+    return words;
+}
+
 } // namespace
 
 bool ClassOptions::downsamples(double dpi) const
@@ -109,23 +130,35 @@ ImageOptions imageOptionsOf(const Words &words)
     return options;
 }
 
+ImageOptions bilevelAlone(ImageOptions options)
+{
+    const ClassOptions none = {.filter = ImageFilter::Flate};
+    options.colour = none;
+    options.gray = none;
+    return options;
+}
+
+Words rewritingWords(const Words &words)
+{
+    const ImageOptions options = imageOptionsOf(words);
+    if (!options.any)
+        return words;
+    const std::string downsample = Switches("Mono").downsample;
+    const Words plain = options.monoByGhostscript() ? words : withPlainMono(words);
+    Words rewriting;
+    std::copy_if(plain.begin(), plain.end(), std::back_inserter(rewriting),
+                 [&](const std::string &word) {
+                     return word.compare(0, downsample.size(), downsample) != 0;
+                 });
+    rewriting.push_back(downsample + "false");
+    return withGraySampling(rewriting, options);
+}
+
 Words albumWords(const Words &words)
 {
     const ImageOptions options = imageOptionsOf(words);
-    const Switches mono("Mono");
-    const bool own = !options.monoByGhostscript();
-    Words album;
-    std::copy_if(
-        words.begin(), words.end(), std::back_inserter(album),
-        [&](const std::string &word) { return !own || !isAboutMono(word) || isResolution(word); });
-    if (own) {
-        album.push_back(mono.downsample + "false");
-        album.push_back(mono.autoFilter + "false");
-        album.push_back(mono.filter + "/FlateEncode");
-    }
-    // Ghostscript's own default is to leave gray images as large as they are.
-    if (options.gray.sampling != Sampling::None)
-        album.push_back(Switches("Gray").downsample + "true");
+    Words album =
+        withGraySampling(options.monoByGhostscript() ? words : withPlainMono(words), options);
     // Ghostscript 10.00 makes images of up to 4,000 bytes part of the content, and turns pages.
     album.emplace_back("-dMaxInlineImageSize=0");
     album.emplace_back("-dAutoRotatePages=/None");

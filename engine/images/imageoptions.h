@@ -36,6 +36,13 @@ struct ImageOptions
 /// resolution, and nothing forbids it.
 ImageOptions imageOptionsOf(const std::vector<std::string> &words);
 
+/// The same about bilevel images, and nothing about others, which stay.
+ImageOptions bilevelAlone(ImageOptions options);
+
+/// The words with which Ghostscript rewrites a whole document in which the bilevel images already
+/// are as they have to be.
+std::vector<std::string> rewritingWords(const std::vector<std::string> &words);
+
 /// The words that Ghostscript gets for the album: those of the window's line, except that bilevel
 /// images may be left to the engine, that gray images are downsampled, and that no image becomes
 /// part of a page's content.

@@ -242,6 +242,14 @@ bool needsForeignFonts(QPDF &original)
     });
 }
 
+bool leavesFontsToReaders(QPDF &original)
+{
+    const auto dictionaries = reachableDictionaries(original);
+    return std::any_of(dictionaries.begin(), dictionaries.end(), [](Object dictionary) {
+        return isUnembeddedFont(dictionary) && dictionary.getKey("/FontDescriptor").isDictionary();
+    });
+}
+
 void settlePdfa(QPDF &document)
 {
     for (Object dictionary : reachableDictionaries(document)) {

@@ -16,6 +16,10 @@ std::string brokenPdfaRule(QPDF &document);
 /// embedded in its place is another font, often without the letters.
 bool needsForeignFonts(QPDF &original);
 
+/// Whether a described font is not embedded. Readers take one of theirs for it, each another, and
+/// so does Ghostscript when it embeds one.
+bool leavesFontsToReaders(QPDF &original);
+
 /// Takes out what Ghostscript leaves in: an annotation's other looks, and a Type 3 font's base
 /// encoding, whose names mean nothing where the font itself defines its glyphs. A note's sign keeps
 /// its size and its direction.

@@ -59,6 +59,9 @@ private slots:
     void options();
     void albumWords_data();
     void albumWords();
+    void rewritingWords_data();
+    void rewritingWords();
+    void bilevelAlone();
     void treatment_data();
     void treatment();
     void kindsOfSamples();
@@ -140,6 +143,49 @@ void TestImageOptions::albumWords()
     QFETCH(QString, line);
     QFETCH(QString, words);
     QCOMPARE(joined(engine::albumWords(split(line))), words);
+}
+
+void TestImageOptions::rewritingWords_data()
+{
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<QString>("words");
+    const QString once = u" -dAutoFilterMonoImages=false -dMonoImageFilter=/FlateEncode"
+                         " -dDownsampleMonoImages=false"_s;
+    const QString grayToo = u" -dDownsampleGrayImages=true"_s;
+    const QString flate = u" -dAutoFilterMonoImages=false -dMonoImageFilter=/FlateEncode"_s;
+    const QString resolution = u" -dMonoImageResolution=300"_s;
+    const auto row = [](const char *name, const QString &line, const QString &words) {
+        QTest::newRow(name) << line << words;
+    };
+    const QString base = u"-q -dPDFA "_s;
+    row("no images page", base.trimmed(), base.trimmed());
+    row("gray", base + gray, base + gray + once + grayToo);
+    row("bilevel", base + u"-dDownsampleMonoImages=true "_s + mono + flate,
+        (base + resolution + once).simplified());
+    row("bilevel, closed", base + u"-dDownsampleMonoImages=false "_s + mono + flate,
+        (base + resolution + once).simplified());
+    const QString fax = u" -dAutoFilterMonoImages=false -dMonoImageFilter=/CCITTFaxEncode"_s;
+    row("fax", base + u"-dDownsampleMonoImages=true "_s + mono + fax,
+        base + mono + fax + u" -dDownsampleMonoImages=false"_s);
+}
+
+void TestImageOptions::rewritingWords()
+{
+    QFETCH(QString, line);
+    QFETCH(QString, words);
+    QCOMPARE(joined(engine::rewritingWords(split(line))), words);
+}
+
+// Not even what would be recoded without being downsampled.
+void TestImageOptions::bilevelAlone()
+{
+    const auto options =
+        engine::bilevelAlone(engine::imageOptionsOf(split(colour + ' ' + gray + ' ' + mono)));
+    for (const double dpi : {72, 1200}) {
+        for (const ImageKind kind : {ImageKind::Colour, ImageKind::Gray, ImageKind::SoftMask})
+            QCOMPARE(engine::treatmentOf(image(kind, dpi), options), Treatment::None);
+        QCOMPARE(engine::treatmentOf(image(ImageKind::Bilevel, dpi), options), Treatment::Here);
+    }
 }
 
 void TestImageOptions::treatment_data()

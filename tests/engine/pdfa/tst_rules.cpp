@@ -23,6 +23,8 @@ private slots:
     void largeNumbers();
     void notesKeepTheirSize();
     void whatIsTakenOut();
+    void fontsOfReaders_data();
+    void fontsOfReaders();
 };
 
 void TestPdfaRules::claimOfPdfa_data()
@@ -165,6 +167,31 @@ void TestPdfaRules::whatIsTakenOut()
     QCOMPARE(list.getArrayItem(1).getKey("/Encoding").unparse(),
              std::string("<< /Differences [ ] >>"));
     QCOMPARE(list.getArrayItem(2).getKey("/AP").getKeys().size(), 3U);
+}
+
+void TestPdfaRules::fontsOfReaders_data()
+{
+    QTest::addColumn<QByteArray>("font");
+    QTest::addColumn<bool>("leaves");
+    const QByteArray descriptor = " /FontDescriptor << /Type /FontDescriptor /Flags 32 >> >>";
+    const QByteArray embedded = " /FontDescriptor << /Flags 32 /FontFile2 5 0 R >> >>";
+    QTest::newRow("a standard font") << QByteArray("<< /Type /Font /Subtype /Type1 >>") << false;
+    QTest::newRow("Type 1") << "<< /Type /Font /Subtype /Type1" + descriptor << true;
+    QTest::newRow("TrueType") << "<< /Type /Font /Subtype /TrueType" + descriptor << true;
+    QTest::newRow("embedded") << "<< /Type /Font /Subtype /TrueType" + embedded << false;
+    QTest::newRow("within another")
+        << "<< /Type /Font /Subtype /Type0 /DescendantFonts [<< /Type /Font /Subtype"
+           " /CIDFontType2" +
+               descriptor + "] >>"
+        << true;
+    QTest::newRow("Type 3") << "<< /Type /Font /Subtype /Type3" + descriptor << false;
+}
+
+void TestPdfaRules::fontsOfReaders()
+{
+    QFETCH(QByteArray, font);
+    Document document(showing({}, {formOf({}), font}));
+    QTEST(engine::leavesFontsToReaders(document), "leaves");
 }
 
 QTEST_GUILESS_MAIN(TestPdfaRules)

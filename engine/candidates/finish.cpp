@@ -5,6 +5,8 @@
 #include "pdf/streams.h"
 #include "xmp/xmpedit.h"
 
+#include <memory>
+
 namespace engine {
 
 namespace {
@@ -26,7 +28,9 @@ void dropPdfaClaim(QPDF &document)
 std::uintmax_t finishDraft(const FinishOrder &order)
 {
     Document draft(order.draft, Trust::Own);
-    Document original(order.original, Trust::Foreign);
+    std::unique_ptr<Document> original;
+    if (order.original >= 0)
+        original = std::make_unique<Document>(order.original, Trust::Foreign);
     if (order.encryption)
         dropPdfaClaim(draft.pdf());
     if (order.leaveOutStandard14)
@@ -35,7 +39,7 @@ std::uintmax_t finishDraft(const FinishOrder &order)
     WriteOptions options;
     options.objectStreams = true;
     options.encryption = order.encryption;
-    options.restrictionsOf = &original.pdf();
+    options.restrictionsOf = original ? &original->pdf() : nullptr;
     options.leastSize = order.leastSize;
     return writeCopy(draft.pdf(), order.copy, options);
 }

@@ -9,7 +9,7 @@ namespace engine {
 struct FinishOrder
 {
     int draft = -1;
-    int original = -1; ///< whose restrictions stay where the line asks for no password
+    int original = -1; ///< whose restrictions stay where the line asks for no password; -1: none
     int copy = -1;     ///< open for reading and writing
     std::optional<Encryption> encryption = {};
     bool leaveOutStandard14 = false; ///< the programs of the standard fourteen fonts

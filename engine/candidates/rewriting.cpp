@@ -2,9 +2,11 @@
 
 #include "images/bilevelimages.h"
 #include "lossless/pieces.h"
+#include "mark.h"
 #include "pdf/copywriter.h"
 #include "pdf/description.h"
 #include "pdf/document.h"
+#include "pdf/pageboxes.h"
 #include "pdfa/judgement.h"
 #include "pdfa/links.h"
 #include "pdfa/losses.h"
@@ -12,6 +14,7 @@
 #include "pdfa/rules.h"
 #include "pdfa/texts.h"
 #include "pdfa/viewing.h"
+#include "system/wholefile.h"
 
 #include <memory>
 #include <stdexcept>
@@ -97,24 +100,47 @@ void makePdfa(QPDF &copy, QPDF *original, const RewritingOrder &order)
         objectToPdfa("it would have " + rule);
 }
 
+// Nobody can parse the document; these words are in the clear in all that have what they stand for.
+void findWords(const std::string &content, RewritingReport &report)
+{
+    report.maybeSigned = content.find("/ByteRange") != std::string::npos;
+    report.maybeLocked = content.find("/Encrypt") != std::string::npos;
+}
+
+std::optional<std::string> standardOf(const RewritingOrder &order)
+{
+    return order.pdfa ? std::optional<std::string>("PDF/A-1") : std::nullopt;
+}
+
 } // namespace
 
-std::uintmax_t writeRewriting(const RewritingOrder &order)
+RewritingReport writeRewriting(const RewritingOrder &order)
 {
     const auto document = opened(order.document, Trust::Foreign);
     const auto rewriting = opened(order.rewriting, Trust::Own);
     object(objectionTo({order.pagesWritten, pagesOf(document), pagesOf(rewriting), order.warned}));
     QPDF &copy = rewriting->pdf();
     QPDF *original = document ? &document->pdf() : nullptr;
+    RewritingReport report;
+    if (original)
+        report.hasOwnFonts = !leavesFontsToReaders(*original);
+    else
+        findWords(contentOf(order.document), report);
     markProducer(copy, order.marked);
-    makePdfa(copy, original, order);
+    if (order.pdfa)
+        makePdfa(copy, original, order);
     if (order.smallestBilevel)
         recodeBilevelImages(copy);
-    applyPieces(copy, {.standard = "PDF/A-1", .compressFonts = order.compressFonts});
-    settleDescription(copy, true);
+    applyPieces(copy, {.standard = standardOf(order), .compressFonts = order.compressFonts});
+    if (order.pdfa)
+        settleDescription(copy, true);
+    else
+        report.described = applyChanges(copy, order.description);
+    setContent(order.views, linesOf(pageViewsOf(copy)));
     WriteOptions options;
     options.leastSize = order.leastSize;
-    return writeCopy(copy, order.copy, options);
+    report.size = writeCopy(copy, order.copy, options);
+    return report;
 }
 
 } // namespace engine

@@ -39,8 +39,9 @@ bool endedWell(const ChildResult &result)
 
 } // namespace
 
-AlbumStage::AlbumStage(const Run &run)
+AlbumStage::AlbumStage(const Run &run, ImageOptions images)
     : m_run(run)
+    , m_images(images)
     , m_album(run.newFile())
     , m_index(run.newFile())
     , m_views(run.newFile())
@@ -64,16 +65,21 @@ std::string AlbumStage::survey()
         .index = indexChannel,
         .views = viewsChannel,
         .parts = touchedChannel,
-        .images = imageOptionsOf(m_run.request.switches),
+        .images = m_images,
     };
     const auto work = [order] { return factsOf(surveyDocument(order)); };
     const auto number = m_run.children.start(
         confinedTask(files, sizeOf(m_run.document), m_run.settings.limits, work));
     const ChildResult result = m_run.children.wait(number);
     std::string objection = objectionIn(result, m_run.request.input);
-    if (objection.empty())
-        m_report = reportOf(answerOf(result, m_run.request.input));
-    return objection;
+    if (objection.find("invalid password") != std::string::npos)
+        throw Failure(m_run.request.input + ": it takes a password to open the document");
+    if (!objection.empty())
+        return objection;
+    m_report = reportOf(answerOf(result, m_run.request.input));
+    if (m_report.pages == 0)
+        throw Failure(m_run.request.input + ": the document has no pages");
+    return {};
 }
 
 std::vector<PageView> AlbumStage::views() const

@@ -14,9 +14,11 @@ namespace engine {
 class AlbumStage
 {
 public:
-    explicit AlbumStage(const Run &run);
+    /// The images are those that the options make smaller.
+    AlbumStage(const Run &run, ImageOptions images);
 
-    /// Looks into the document. Returns why libqpdf can't open it; empty if it can.
+    /// Looks into the document. Returns why libqpdf can't open it; empty if it can. Throws a
+    /// Failure if it takes a password, or has no pages.
     std::string survey();
 
     /// Starts Ghostscript and does not wait.
@@ -47,6 +49,7 @@ private:
     std::size_t startGhostscript(bool withAlbum);
 
     const Run &m_run;
+    ImageOptions m_images;
     Descriptor m_album;
     Descriptor m_index;
     Descriptor m_views;

@@ -2,12 +2,9 @@
 
 #include "albumstage.h"
 #include "draftstage.h"
-#include "proof.h"
-#include "proof/drawingplan.h"
+#include "proofsettings.h"
+#include "say.h"
 #include "system/failure.h"
-#include "system/platform.h"
-
-#include <cstdio>
 
 namespace engine {
 
@@ -16,37 +13,12 @@ namespace {
 // Parts that fail are taken back one by one so often; then all are.
 constexpr int mostTries = 2;
 
-double lowestResolution(const ImageOptions &options)
-{
-    double lowest = 0;
-    for (const ClassOptions *kind : {&options.colour, &options.gray, &options.mono}) {
-        if (kind->sampling != Sampling::None && (lowest == 0 || kind->resolution < lowest))
-            lowest = kind->resolution;
-    }
-    return lowest;
-}
-
-ProofSettings proofSettings(const Run &run)
-{
-    return {.readers = run.settings.readers,
-            .limits = run.settings.readerLimits,
-            .resolution =
-                comparisonResolution(lowestResolution(imageOptionsOf(run.request.switches))),
-            .processes = platform::usableProcessors()};
-}
-
-void say(const std::string &line)
-{
-    std::printf("corvgs: %s\n", line.c_str());
-    std::fflush(stdout);
-}
-
 class Keeper
 {
 public:
     explicit Keeper(const Run &run)
         : m_run(run)
-        , m_album(run)
+        , m_album(run, imageOptionsOf(run.request.switches))
         , m_draft(run, m_album)
         , m_proof(run.children, proofSettings(run), run.document, run.newFile)
     {
@@ -55,12 +27,8 @@ public:
     void keep()
     {
         const std::string objection = m_album.survey();
-        if (objection.find("invalid password") != std::string::npos)
-            throw Failure(m_run.request.input + ": it takes a password to open the document");
         if (!objection.empty())
             throw Failure(m_run.request.input + ": " + objection);
-        if (m_album.report().pages == 0)
-            throw Failure(m_run.request.input + ": the document has no pages");
         m_album.start();
         makeCopy();
     }

@@ -56,6 +56,27 @@ QByteArray withImage(const QByteArray &entries, int bytes)
     return documents::withParts(parts);
 }
 
+// Two inches of it at 600 dpi, from black to white in cells of 8 by 8 dots.
+QByteArray halftone()
+{
+    constexpr int side = 1200;
+    QByteArray samples(side * side / 8, '\0');
+    for (int y = 0; y < side; ++y) {
+        for (int x = 0; x < side; ++x) {
+            const int threshold = (x % 8 * 5 + y % 8 * 3 + x % 8 * (y % 8)) % 64;
+            if (x * 64 / side > threshold)
+                samples[(y * side + x) / 8] = char(samples[(y * side + x) / 8] | (0x80 >> (x % 8)));
+        }
+    }
+    documents::Parts parts;
+    parts.resources = "/XObject << /I 6 0 R >>";
+    parts.content = "q 144 0 0 144 20 8 cm /I Do Q";
+    parts.objects = {pdfStream("/Type /XObject /Subtype /Image /Width 1200 /Height 1200"
+                               " /BitsPerComponent 1 /ColorSpace /DeviceGray",
+                               samples)};
+    return documents::withParts(parts);
+}
+
 QByteArray withoutItsFont(bool numbered)
 {
     const QByteArray font = "<< /Type /Font /Subtype /CIDFontType0 /BaseFont /Song /CIDSystemInfo"
@@ -86,6 +107,9 @@ private slots:
     void refused_data();
     void refused();
     void linksStay();
+    void bilevelAsKept_data();
+    void bilevelAsKept();
+    void withoutReader();
     void texts_data();
     void texts();
     void withoutPdfaNothingIsClaimed();
@@ -179,8 +203,16 @@ void TestPdfa::refused_data()
         << withoutItsFont(true) << pdfa << QByteArray("does not bring its fonts along");
     QTest::newRow("the same, within the font that uses it")
         << withoutItsFont(false) << pdfa << QByteArray("does not bring its fonts along");
+    QTest::newRow("a mask that is lost")
+        << withImage("/ColorSpace /DeviceRGB /Mask [85 85 85 85 85 85]", 1200) << pdfa
+        << QByteArray("page 1 would not show or say the same");
+    QTest::newRow("a password") << documents::rewritten(samplePdf(), {u"--encrypt"_s, u"u"_s,
+                                                                      u"o"_s, u"256"_s, u"--"_s})
+                                << pdfa << QByteArray("it takes a password");
     QTest::newRow("unreadable") << documents::unreadableForGhostscript() << pdfa
                                 << QByteArray("could not open the document");
+    QTest::newRow("no document") << QByteArray("rubbish") << pdfa
+                                 << QByteArray("unable to find trailer dictionary");
 }
 
 void TestPdfa::refused()
@@ -193,6 +225,60 @@ void TestPdfa::refused()
     QVERIFY(run.status > 0);
     QVERIFY2(run.errors.contains(reason), run.errors);
     QCOMPARE(Bench::namesIn(bench.out()), QStringList());
+}
+
+void TestPdfa::bilevelAsKept_data()
+{
+    QTest::addColumn<QByteArray>("type");
+    QTest::addColumn<QByteArray>("filter");
+    QTest::addColumn<int>("edge");
+    QTest::newRow("averaged") << QByteArray("Bicubic") << QByteArray("FlateEncode") << 600;
+    QTest::newRow("in JBIG2") << QByteArray("Bicubic") << QByteArray("JBIG2Encode") << 600;
+    // Every other pixel of every other row alone does not show what was there.
+    QTest::newRow("subsampled") << QByteArray("Subsample") << QByteArray("FlateEncode") << 1200;
+    QTest::newRow("as a fax") << QByteArray("Bicubic") << QByteArray("CCITTFaxEncode") << 1200;
+}
+
+// Ghostscript alone makes areas of one tone of a halftone.
+void TestPdfa::bilevelAsKept()
+{
+    QFETCH(QByteArray, type);
+    QFETCH(QByteArray, filter);
+    QFETCH(int, edge);
+    const Bench bench;
+    write(bench.in(u"a.pdf"_s), halftone());
+    QList<QByteArray> pixels;
+    for (const QStringList &more : {QStringList(), QStringList{u"-dPDFA"_s}}) {
+        const QString copy = bench.out(u"a%1.pdf"_s.arg(more.size()));
+        QStringList line = Bench::line(bench.in(u"a.pdf"_s), copy, more);
+        line.replaceInStrings(u"-dMonoImageDownsampleType=/Bicubic"_s,
+                              "-dMonoImageDownsampleType=/"_L1 + type);
+        line.replaceInStrings(u"-dMonoImageFilter=/FlateEncode"_s,
+                              "-dMonoImageFilter=/"_L1 + filter);
+        const Run run = bench.run(line);
+        QVERIFY2(run.status == 0, run.errors);
+        documents::outputOf(u"pdfimages"_s, {copy, bench.temporary() + u"/image"_s});
+        pixels << contentOf(bench.temporary() + u"/image-000.pbm"_s);
+        if (filter == "JBIG2Encode")
+            QVERIFY(contentOf(copy).contains("/JBIG2Decode"));
+    }
+    QCOMPARE(pixels[0].size(), edge * edge / 8 + (edge > 999 ? 13 : 11));
+    QVERIFY(pixels[1] == pixels[0]);
+    QCOMPARE(objectionsTo(bench.out(u"a1.pdf"_s)), QByteArray());
+}
+
+// The driver has none.
+void TestPdfa::withoutReader()
+{
+    const Bench bench;
+    write(bench.in(u"a.pdf"_s), samplePdf());
+    const Run run =
+        bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), {u"-dPDFA"_s}),
+                  Bench::driver(Bench::Confined));
+    QCOMPARE(run.status, 0);
+    QCOMPARE(run.output.simplified(), QByteArray("corvgs: the copy is unproven: the reader that "
+                                                 "has to prove it isn't there"));
+    QCOMPARE(objectionsTo(bench.out(u"a.pdf"_s)), QByteArray());
 }
 
 // Links have no print flag, as most programs write them; Ghostscript drops such from PDF/A.

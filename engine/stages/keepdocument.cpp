@@ -3,6 +3,7 @@
 #include "albumstage.h"
 #include "draftstage.h"
 #include "proofsettings.h"
+#include "rewritedocument.h"
 #include "say.h"
 #include "system/failure.h"
 
@@ -28,7 +29,7 @@ public:
     {
         const std::string objection = m_album.survey();
         if (!objection.empty())
-            throw Failure(m_run.request.input + ": " + objection);
+            return rewriteUnopened(m_run, objection);
         m_album.start();
         makeCopy();
     }

@@ -80,7 +80,7 @@ ObjectStreamFacts objectStreamFacts(Document &document, const LosslessOptions &o
             .standard = options.standard};
 }
 
-// Written again without them where that is quick, because few objects don't pay for a stream.
+// Few objects don't pay for a stream, which is found out where that is quick.
 std::uintmax_t writeSmallest(QPDF &document, const DraftOrder &order, WriteOptions options)
 {
     constexpr std::uintmax_t quick = std::uintmax_t(1) << 18;
@@ -88,11 +88,7 @@ std::uintmax_t writeSmallest(QPDF &document, const DraftOrder &order, WriteOptio
     if (!options.newObjectStreams || size > quick)
         return size;
     options.newObjectStreams = false;
-    const std::uintmax_t without = writeCopy(document, order.draft, options);
-    if (without <= size)
-        return without;
-    options.newObjectStreams = true;
-    return writeCopy(document, order.draft, options);
+    return copySize(document, options) <= size ? writeCopy(document, order.draft, options) : size;
 }
 
 } // namespace

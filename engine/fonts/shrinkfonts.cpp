@@ -62,8 +62,9 @@ void setProgram(EmbeddedProgram embedded, const std::string &bytes, bool compres
 {
     const QPDFObjectHandle flate = QPDFObjectHandle::newName("/FlateDecode");
     QPDFObjectHandle none = QPDFObjectHandle::newNull();
+    // As all streams it is packed once more, thoroughly, when no more changes.
     if (compress)
-        embedded.stream.replaceStreamData(deflated(bytes), flate, none);
+        embedded.stream.replaceStreamData(quicklyDeflated(bytes), flate, none);
     else
         embedded.stream.replaceStreamData(bytes, none, none);
     if (embedded.stream.getDict().hasKey("/Length1"))
@@ -152,8 +153,8 @@ private:
     static bool isWorthIt(const std::string &program, const std::string &subset)
     {
         constexpr std::size_t leastPart = 20;
-        const std::size_t before = deflated(program).size();
-        const std::size_t after = deflated(subset).size();
+        const std::size_t before = quicklyDeflated(program).size();
+        const std::size_t after = quicklyDeflated(subset).size();
         return after + before / leastPart < before;
     }
 

@@ -15,6 +15,7 @@ constexpr std::size_t firstRoom = std::size_t(1) << 16;
 // 12, the highest, 7 in twenty times the time. Large streams are bitmaps, whose time counts.
 constexpr int thoroughLevel = 10;
 constexpr int quickLevel = 9;
+constexpr int quickestLevel = 6;
 constexpr std::size_t thoroughSize = std::size_t(1) << 18;
 
 struct Free
@@ -31,6 +32,18 @@ constexpr std::size_t mostAtOnce = std::size_t(1) << 30;
 Bytef *bytesOf(const std::string &text)
 {
     return reinterpret_cast<Bytef *>(const_cast<char *>(text.data()));
+}
+
+std::string deflatedAt(int level, const std::string &bytes)
+{
+    const std::unique_ptr<libdeflate_compressor, Free> compressor(
+        libdeflate_alloc_compressor(level));
+    if (!compressor)
+        throw std::bad_alloc();
+    std::string packed(libdeflate_zlib_compress_bound(compressor.get(), bytes.size()), '\0');
+    packed.resize(libdeflate_zlib_compress(compressor.get(), bytes.data(), bytes.size(),
+                                           packed.data(), packed.size()));
+    return packed;
 }
 
 } // namespace
@@ -61,15 +74,12 @@ std::optional<std::string> inflated(const std::string &packed, std::size_t most)
 
 std::string deflated(const std::string &bytes)
 {
-    const int level = bytes.size() <= thoroughSize ? thoroughLevel : quickLevel;
-    const std::unique_ptr<libdeflate_compressor, Free> compressor(
-        libdeflate_alloc_compressor(level));
-    if (!compressor)
-        throw std::bad_alloc();
-    std::string packed(libdeflate_zlib_compress_bound(compressor.get(), bytes.size()), '\0');
-    packed.resize(libdeflate_zlib_compress(compressor.get(), bytes.data(), bytes.size(),
-                                           packed.data(), packed.size()));
-    return packed;
+    return deflatedAt(bytes.size() <= thoroughSize ? thoroughLevel : quickLevel, bytes);
+}
+
+std::string quicklyDeflated(const std::string &bytes)
+{
+    return deflatedAt(quickestLevel, bytes);
 }
 
 } // namespace engine

@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <qpdf/Pl_Count.hh>
+#include <qpdf/Pl_Discard.hh>
 #include <qpdf/QPDFWriter.hh>
 #include <qpdf/QUtil.hh>
 #include <stdexcept>
@@ -119,6 +121,17 @@ std::uintmax_t writeCopy(QPDF &document, int file, const WriteOptions &options)
     const std::uintmax_t size = filledUp(file, output.close(), options.leastSize);
     expectWhole(file, options, pagesOf(document));
     return size;
+}
+
+std::uintmax_t copySize(QPDF &document, const WriteOptions &options)
+{
+    Pl_Discard nowhere;
+    Pl_Count counter("the copy", &nowhere);
+    QPDFWriter writer(document);
+    writer.setOutputPipeline(&counter);
+    apply(options, writer);
+    writer.write();
+    return std::max(std::uintmax_t(counter.getCount()), options.leastSize);
 }
 
 std::uintmax_t writeBytes(int source, int file)

@@ -39,6 +39,9 @@ struct WriteOptions
 /// pages.
 std::uintmax_t writeCopy(QPDF &document, int file, const WriteOptions &options);
 
+/// The size of the file that writeCopy() would write.
+std::uintmax_t copySize(QPDF &document, const WriteOptions &options);
+
 /// Writes the bytes of another open file. Returns their number; throws a std::exception if not all
 /// of them are there.
 std::uintmax_t writeBytes(int source, int file);

@@ -1,6 +1,7 @@
 #include "downsampling.h"
 
 #include <algorithm>
+#include <bit>
 #include <deque>
 
 namespace engine {
@@ -20,6 +21,9 @@ void setBlack(Bitmap &bitmap, std::uint32_t x, std::uint32_t y)
 // A square of one colour amid such squares belongs to a letter or to the paper, not to a half-tone.
 constexpr std::uint32_t calm = 2;
 
+// Stands for no share.
+constexpr float mixed = -1.0F;
+
 class Downsampler
 {
 public:
@@ -27,15 +31,19 @@ public:
         : m_bitmap(bitmap)
         , m_factor(factor)
         , m_result(result)
+        , m_squares(bitmap.stride() * 8)
         , m_errors(result.width() + 2)
         , m_below(result.width() + 2)
     {
+        for (std::size_t x = 0; x < m_squares.size(); ++x)
+            m_squares[x] = std::uint32_t(x / factor);
     }
 
     void run()
     {
         for (std::uint32_t y = 0; y < m_result.height(); ++y) {
             bringRows(y);
+            compareRows();
             std::fill(m_below.begin(), m_below.end(), 0.0F);
             for (std::uint32_t x = 0; x < m_result.width(); ++x)
                 decide(x, y);
@@ -58,23 +66,39 @@ private:
 
     [[nodiscard]] Shares sharesOf(std::uint32_t y) const
     {
+        const std::uint32_t top = y * m_factor;
+        const std::uint32_t rows = std::min(m_bitmap.height() - top, m_factor);
+        std::vector<std::uint32_t> black(m_squares.back() + 1);
+        for (std::uint32_t down = 0; down < rows; ++down)
+            countBlack(m_bitmap.row(top + down), black);
         Shares shares;
         shares.reserve(m_result.width());
-        for (std::uint32_t x = 0; x < m_result.width(); ++x)
-            shares.push_back(shareOf(x, y));
+        for (std::uint32_t x = 0; x < m_result.width(); ++x) {
+            const std::uint32_t columns = std::min(m_bitmap.width() - x * m_factor, m_factor);
+            shares.push_back(float(black[x]) / float(columns * rows));
+        }
         return shares;
     }
 
-    [[nodiscard]] float shareOf(std::uint32_t x, std::uint32_t y) const
+    // Most of a page is white: nothing is done for that.
+    void countBlack(const std::uint8_t *row, std::vector<std::uint32_t> &black) const
     {
-        const std::uint32_t right = std::min(m_bitmap.width() - x * m_factor, m_factor);
-        const std::uint32_t bottom = std::min(m_bitmap.height() - y * m_factor, m_factor);
-        int black = 0;
-        for (std::uint32_t down = 0; down < bottom; ++down) {
-            for (std::uint32_t across = 0; across < right; ++across)
-                black += isBlack(m_bitmap, x * m_factor + across, y * m_factor + down) ? 1 : 0;
+        for (std::size_t place = 0; place < m_bitmap.stride(); ++place) {
+            for (std::uint8_t bits = row[place]; bits != 0; bits &= std::uint8_t(bits - 1))
+                ++black[m_squares[place * 8 + 7 - std::size_t(std::countr_zero(bits))]];
         }
-        return float(black) / float(right * bottom);
+    }
+
+    // For each column of the rows around this one, what all of them show, or that they differ.
+    void compareRows()
+    {
+        m_columns = m_shares.front();
+        for (const Shares &row : m_shares) {
+            for (std::size_t x = 0; x < row.size(); ++x) {
+                if (row[x] != m_columns[x])
+                    m_columns[x] = mixed;
+            }
+        }
     }
 
     [[nodiscard]] bool isCalm(std::uint32_t x, float share) const
@@ -83,10 +107,8 @@ private:
             return false;
         const std::uint32_t first = x - std::min(x, calm);
         const std::uint32_t last = std::min(x + calm, m_result.width() - 1);
-        return std::all_of(m_shares.begin(), m_shares.end(), [&](const Shares &row) {
-            return std::all_of(row.begin() + first, row.begin() + last + 1,
-                               [share](float other) { return other == share; });
-        });
+        return std::all_of(m_columns.begin() + first, m_columns.begin() + last + 1,
+                           [share](float other) { return other == share; });
     }
 
     void decide(std::uint32_t x, std::uint32_t y)
@@ -113,7 +135,9 @@ private:
     const Bitmap &m_bitmap;
     std::uint32_t m_factor;
     Bitmap &m_result;
+    std::vector<std::uint32_t> m_squares; ///< in which each column of the bitmap lies
     std::deque<Shares> m_shares;
+    Shares m_columns;
     std::uint32_t m_nextRow = 0;
     std::size_t m_own = 0; ///< the row in the middle
     std::vector<float> m_errors;

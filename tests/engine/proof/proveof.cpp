@@ -1,9 +1,10 @@
 // Holds a copy against its original as corvgs does, with every image and font regarded as touched:
 //
-//   proveof ORIGINAL COPY [DPI [PROCESSES]]
+//   proveof ORIGINAL COPY [DPI [PROCESSES [rewritten|otherfonts]]]
 //
-// DPI is the lowest resolution that the line asks for (150). Prints what is found and the seconds
-// that it took. Status 0: sound, 1: different, 2: not readable, 3: not tried.
+// DPI is the lowest resolution that the line asks for (150); the last is for a copy that was
+// written anew as a whole, with fonts that the original brings along or not. Prints what is found
+// and the seconds that it took. Status 0: sound, 1: different, 2: not readable, 3: not tried.
 
 #include "engine/content/contentwalk.h"
 #include "engine/pdf/document.h"
@@ -87,7 +88,14 @@ int print(const ProofResult &result, std::size_t pages, double seconds)
     return 1;
 }
 
-int prove(int original, int copy, ProofSettings settings)
+Likeness likenessOf(const std::string &word)
+{
+    return word == "rewritten"    ? Likeness::Rewritten
+           : word == "otherfonts" ? Likeness::RewrittenOtherFonts
+                                  : Likeness::Same;
+}
+
+int prove(int original, int copy, ProofSettings settings, Likeness likeness)
 {
     Document document(original, Trust::Foreign);
     document.pages();
@@ -102,7 +110,7 @@ int prove(int original, int copy, ProofSettings settings)
     Children children{Limits()};
     Proof proof(children, std::move(settings), original, scratchFile);
     proof.begin(views, allOf(views));
-    const ProofResult result = proof.compare(copy, everything.parts);
+    const ProofResult result = proof.compare(copy, everything.parts, likeness);
     return print(result, views.size(), secondsSince(begin));
 }
 
@@ -111,7 +119,8 @@ int prove(int original, int copy, ProofSettings settings)
 int main(int argc, char *argv[])
 {
     if (argc < 3) {
-        std::fprintf(stderr, "usage: proveof ORIGINAL COPY [DPI [PROCESSES]]\n");
+        std::fprintf(stderr,
+                     "usage: proveof ORIGINAL COPY [DPI [PROCESSES [rewritten|otherfonts]]]\n");
         return 3;
     }
     signals::catchAll();
@@ -122,7 +131,8 @@ int main(int argc, char *argv[])
     const Descriptor original(open(argv[1], O_RDONLY | O_CLOEXEC));
     const Descriptor copy(open(argv[2], O_RDONLY | O_CLOEXEC));
     try {
-        return prove(original.get(), copy.get(), std::move(settings));
+        return prove(original.get(), copy.get(), std::move(settings),
+                     likenessOf(argc > 5 ? argv[5] : ""));
     } catch (const std::exception &error) {
         std::fprintf(stderr, "%s\n", error.what());
         return 3;

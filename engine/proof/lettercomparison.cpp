@@ -13,9 +13,10 @@ namespace {
 
 constexpr long long share = 100; // one letter in so many may differ
 
-// Dashes and quotation marks are what a rewriting loses of a page here and there; a line that is
-// missing has more.
+// Dashes, quotation marks and the like are what a rewriting loses here and there; a line that is
+// missing has plain letters, too.
 constexpr long long mostOnPage = 8;
+constexpr long long mostPlainOnPage = 8;
 
 bool startsLetter(char byte)
 {
@@ -31,6 +32,15 @@ bool isBlank(const std::string &letter)
            (letter >= "\xE2\x80\x80" && letter <= "\xE2\x80\x8F") ||
            (letter >= "\xE2\x80\xA8" && letter <= "\xE2\x80\xAF") ||
            (letter >= "\xE2\x81\x9F" && letter <= "\xE2\x81\xAF");
+}
+
+// A letter or digit that no encoding has anywhere else.
+bool isPlain(const std::string &letter)
+{
+    const auto isIn = [&](char first, char last) {
+        return letter[0] >= first && letter[0] <= last;
+    };
+    return letter.size() == 1 && (isIn('a', 'z') || isIn('A', 'Z') || isIn('0', '9'));
 }
 
 struct LetterCounts
@@ -53,11 +63,11 @@ struct LetterCounts
         }
     }
 
-    [[nodiscard]] long long different() const
+    [[nodiscard]] long long different(bool onlyPlain) const
     {
         long long count = 0;
         for (const auto &[letter, number] : more)
-            count += std::abs(number);
+            count += isPlain(letter) || !onlyPlain ? std::abs(number) : 0;
         return count;
     }
 };
@@ -75,9 +85,9 @@ PageDifference differenceOn(int page, const std::optional<std::string> &copied,
     LetterCounts counts;
     counts.add(copied.value_or(""), 1);
     counts.add(meant.value_or(""), -1);
-    const long long different = counts.different();
-    const bool isTooMuch =
-        !copied || !meant || different > std::max(mostOnPage, counts.meant / share);
+    const long long different = counts.different(false);
+    const bool isTooMuch = !copied || !meant || counts.different(true) > mostPlainOnPage ||
+                           different > std::max(mostOnPage, counts.meant / share);
     return {page, different, isTooMuch};
 }
 

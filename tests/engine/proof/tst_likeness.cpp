@@ -188,7 +188,10 @@ void TestLikeness::letters_data()
     QTest::newRow("marks of direction")
         << QByteArray("\xE2\x80\xAB\xD9\x85\xE2\x80\xAC\f") << QByteArray("\xD9\x85\f") << Pages{};
     QTest::newRow("eight letters of many") << changed("abcdefgh") << document << Pages{};
-    QTest::newRow("a hundredth of a page") << changed("abcdefghijkl") << document << Pages{};
+    QTest::newRow("a hundredth of a page") << changed("----((((====") << document << Pages{};
+    QTest::newRow("more than that") << changed("----((((====))))") << document << Pages{3};
+    QTest::newRow("nine plain letters") << changed("abcdefghI") << document << Pages{3};
+    QTest::newRow("nine digits") << changed("012345678") << document << Pages{3};
     QTest::newRow("a line is lost") << changed({}, 29) << document << Pages{3};
     QTest::newRow("a line more") << changed("Another line, not there before.") << document
                                  << Pages{3};

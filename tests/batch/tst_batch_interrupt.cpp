@@ -14,12 +14,10 @@
 
 namespace {
 
-constexpr int bound = 60000; // ms
-
 // Whoever has taken the orphan over may not have asked for its end yet.
 bool isAlive(const QString &process)
 {
-    const QByteArray status = readFile("/proc/" + process + "/stat");
+    const QByteArray status = contentOf("/proc/" + process + "/stat");
     return !status.isEmpty() && !status.mid(status.lastIndexOf(')')).startsWith(") Z");
 }
 
@@ -42,7 +40,7 @@ private slots:
 
 private:
     std::unique_ptr<BatchRun> start() const;
-    QStringList events() const { return column(jsonLines(readFile(m_report)), "event"); }
+    QStringList events() const { return column(jsonLines(contentOf(m_report)), "event"); }
 
     std::unique_ptr<Sandbox> m_sandbox;
     std::unique_ptr<FakeEngine> m_engine;

@@ -16,8 +16,7 @@
 
 namespace {
 
-constexpr int bound = 10 * 60 * 1000; // ms
-constexpr int longestMore = 700;      // ms, about what an engine takes for its file
+constexpr int longestMore = 700; // ms, about what an engine takes for its file
 
 int numberOf(const char *variable, int otherwise)
 {
@@ -67,7 +66,7 @@ void TestBatchKilled::everyFileOnce()
     const QStringList words = {
         "--output", sandbox.outputFolder(), "--jobs", "2", "--report", report,
         "--resume", sandbox.inputFolder()};
-    const auto results = [&report] { return readFile(report).count("\"event\":\"result\""); };
+    const auto results = [&report] { return contentOf(report).count("\"event\":\"result\""); };
     QRandomGenerator random = QRandomGenerator::securelySeeded();
     int placeholders = 0;
     for (int kill = 0; kill < kills; ++kill) {
@@ -86,7 +85,7 @@ void TestBatchKilled::everyFileOnce()
     const BatchEnd end = runBatch(BATCH, words);
     QCOMPARE(end.errors, QString());
     QCOMPARE(end.status, 0);
-    const QList<QJsonObject> lines = linesOf(jsonLines(readFile(report)), "result");
+    const QList<QJsonObject> lines = linesOf(jsonLines(contentOf(report)), "result");
     QStringList inputs = column(lines, "input");
     QStringList outputs = column(lines, "output");
     inputs.sort();
@@ -95,7 +94,7 @@ void TestBatchKilled::everyFileOnce()
     QCOMPARE(outputs, filesBelow(sandbox.outputFolder()));
     QCOMPARE(outputs.size(), files);
     for (const QString &output : outputs)
-        QVERIFY2(readFile(output).startsWith("%PDF-"), qPrintable(output));
+        QVERIFY2(contentOf(output).startsWith("%PDF-"), qPrintable(output));
     QCOMPARE(sandbox.temporaryFiles(), QStringList());
     QCOMPARE(runBatch(BATCH, {"--summary", report}).status, 0);
 }

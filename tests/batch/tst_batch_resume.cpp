@@ -82,12 +82,12 @@ void TestBatchResume::afterAKill()
     m_sandbox->addInput("a.pdf", 5000);
     m_sandbox->addInput("b.pdf", 5000);
     if (inOutput != "nothing")
-        writeFile(m_sandbox->outputPath("a.pdf"), inOutput == "copy" ? 1234 : 0);
+        writeZeros(m_sandbox->outputPath("a.pdf"), inOutput == "copy" ? 1234 : 0);
     putReport(line("start", "a.pdf", "a.pdf"));
     QCOMPARE(resume().status, 0);
     QCOMPARE(m_engine->inputs(), started);
     QCOMPARE(m_sandbox->outputs(), QStringList({"a.pdf", "b.pdf"}));
-    const QList<QJsonObject> results = linesOf(jsonLines(readFile(m_report)), "result");
+    const QList<QJsonObject> results = linesOf(jsonLines(contentOf(m_report)), "result");
     QCOMPARE(column(results, "verdict"), QStringList({"Succeed", "Succeed"}));
     QCOMPARE(column(results, "after"), QStringList({after, "6000"}));
 }
@@ -143,7 +143,7 @@ void TestBatchResume::keepsDatesOfRecoveredCopies()
     QVERIFY(file.open(QIODevice::ReadWrite));
     QVERIFY(file.setFileTime(date, QFileDevice::FileModificationTime));
     file.close();
-    writeFile(m_sandbox->outputPath("a.pdf"), 1234);
+    writeZeros(m_sandbox->outputPath("a.pdf"), 1234);
     putReport(line("start", "a.pdf", "a.pdf"));
     QCOMPARE(resume({"--keep-dates"}).status, 0);
     QCOMPARE(QFileInfo(m_sandbox->outputPath("a.pdf")).lastModified().toUTC(), date);

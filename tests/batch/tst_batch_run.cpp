@@ -20,8 +20,6 @@
 
 namespace {
 
-constexpr int bound = 60000; // ms
-
 QStringList sorted(QStringList words)
 {
     words.sort();
@@ -77,7 +75,7 @@ private slots:
 private:
     BatchEnd run(const QStringList &words) const;
     QStringList outputsOfStarts() const;
-    QList<QJsonObject> lines() const { return jsonLines(readFile(m_report)); }
+    QList<QJsonObject> lines() const { return jsonLines(contentOf(m_report)); }
 
     std::unique_ptr<Sandbox> m_sandbox;
     std::unique_ptr<FakeEngine> m_engine;
@@ -305,7 +303,7 @@ void TestBatchRun::settingsByName()
     QVERIFY(settings.open(QIODevice::WriteOnly));
     settings.write("[Image]\nColorRes=123\nGrayRes=124\n");
     settings.close();
-    writeFile(folder + "/pdfinfo.txt", 10);
+    writeZeros(folder + "/pdfinfo.txt", 10);
     QCOMPARE(run({"--settings", settings.fileName(), "--set", "Image/GrayRes=125",
                   m_sandbox->addInput("a.pdf")})
                  .status,
@@ -319,7 +317,7 @@ void TestBatchRun::settingsByName()
 void TestBatchRun::ownOptionsOfTheWindow()
 {
     m_sandbox->store("Image/ColorRes", "99");
-    writeFile(m_sandbox->markFile(), 10);
+    writeZeros(m_sandbox->markFile(), 10);
     QCOMPARE(run({m_sandbox->addInput("a.pdf")}).status, 0);
     const QStringList start = m_engine->starts().value(0);
     QVERIFY(start.contains("-dColorImageResolution=99"));
@@ -332,11 +330,8 @@ void TestBatchRun::listFromStandardInput()
                               m_sandbox->addInput("c \"d\".pdf") + QChar('\0'))
                                  .toUtf8();
     QProcess process;
-    process.start(FAKE_BATCH, {"--output", m_sandbox->outputFolder(), "--files0-from", "-"});
-    process.write(names);
-    process.closeWriteChannel();
-    QVERIFY(process.waitForFinished(bound));
-    QCOMPARE(process.exitCode(), 0);
+    const QStringList arguments = {"--output", m_sandbox->outputFolder(), "--files0-from", "-"};
+    QCOMPARE(tools::run(process, FAKE_BATCH, arguments, names).status, 0);
     QCOMPARE(m_sandbox->outputs(), QStringList({"a\nb.pdf", "c \"d\".pdf"}));
 }
 
@@ -354,7 +349,7 @@ void TestBatchRun::dryRun()
 {
     const QString first = m_sandbox->addInput("1/a.pdf");
     const QString second = m_sandbox->addInput("2/a.pdf");
-    writeFile(m_sandbox->outputPath("a.pdf"), 10);
+    writeZeros(m_sandbox->outputPath("a.pdf"), 10);
     const BatchEnd end = run({"--dry-run", "--report", m_report, first, second});
     QCOMPARE(end.output, first + " -> " + m_sandbox->outputPath("a0.pdf") + '\n' + second + " -> " +
                              m_sandbox->outputPath("a00.pdf") + '\n');
@@ -416,9 +411,8 @@ void TestBatchRun::progressOnATerminalOnly()
     QVERIFY(side >= 0);
     QProcess process;
     process.setChildProcessModifier([side] { dup2(side, STDERR_FILENO); });
-    process.start(FAKE_BATCH,
-                  {"--output", m_sandbox->outputFolder(), m_sandbox->addInput("a.pdf", 12000)});
-    QVERIFY(process.waitForFinished(bound));
+    const QString input = m_sandbox->addInput("a.pdf", 12000);
+    tools::run(process, FAKE_BATCH, {"--output", m_sandbox->outputFolder(), input});
     char shown[1000] = {};
     QVERIFY(read(terminal, shown, sizeof shown - 1) > 0);
     QVERIFY2(QByteArray(shown).startsWith("\r1 of 1 files, 6.0 KB saved, "), shown);
@@ -429,7 +423,7 @@ void TestBatchRun::progressOnATerminalOnly()
 
 void TestBatchRun::foldersThatCantBeMade()
 {
-    writeFile(m_sandbox->outputPath("x"), 10);
+    writeZeros(m_sandbox->outputPath("x"), 10);
     const QString input = m_sandbox->addInput("x/a.pdf");
     const BatchEnd end = run({m_sandbox->inputFolder()});
     QCOMPARE(end.errors, "corvane-batch: " + input + ": the folder " + m_sandbox->outputPath("x") +
@@ -442,17 +436,14 @@ void TestBatchRun::foldersThatCantBeMade()
 void TestBatchRun::reportOnAFullDisk()
 {
     const QString input = m_sandbox->addInput("a.pdf");
-    QProcess process;
-    process.setProcessChannelMode(QProcess::SeparateChannels);
     // A file of at most one block of 1024 bytes, and no signal for what goes beyond.
-    process.start("bash", {"-c", "trap '' XFSZ; ulimit -f 1; exec \"$@\"", "bash", FAKE_BATCH,
-                           "--output", m_sandbox->outputFolder(), "--report", m_report, "--jobs",
-                           "1", m_sandbox->addInput(QString(200, 'b') + ".pdf"),
-                           m_sandbox->addInput(QString(200, 'c') + ".pdf"), input});
-    QVERIFY(process.waitForFinished(bound));
-    QCOMPARE(process.exitCode(), 3);
-    QVERIFY(process.readAllStandardError().contains("the report " + m_report.toUtf8() +
-                                                    " can't be written: "));
+    const tools::Result run =
+        tools::run("bash", {"-c", "trap '' XFSZ; ulimit -f 1; exec \"$@\"", "bash", FAKE_BATCH,
+                            "--output", m_sandbox->outputFolder(), "--report", m_report, "--jobs",
+                            "1", m_sandbox->addInput(QString(200, 'b') + ".pdf"),
+                            m_sandbox->addInput(QString(200, 'c') + ".pdf"), input});
+    QCOMPARE(run.status, 3);
+    QVERIFY(run.errors.contains("the report " + m_report.toUtf8() + " can't be written: "));
     QCOMPARE(m_engine->startCount(), 1);
 }
 

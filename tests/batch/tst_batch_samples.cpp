@@ -30,7 +30,7 @@ void TestBatchSamples::allSucceed()
     QCOMPARE(end.status, 0);
     QCOMPARE(sandbox.outputs(), samples);
     QCOMPARE(sandbox.temporaryFiles(), QStringList());
-    const QList<QJsonObject> results = linesOf(jsonLines(readFile(report)), "result");
+    const QList<QJsonObject> results = linesOf(jsonLines(contentOf(report)), "result");
     QCOMPARE(results.size(), samples.size());
     for (const QJsonObject &result : results) {
         const QFileInfo original(result.value("input").toString());
@@ -38,7 +38,7 @@ void TestBatchSamples::allSucceed()
         QCOMPARE(result.value("before").toInteger(), original.size());
         QCOMPARE(result.value("after").toInteger(), copy.size());
         QVERIFY(copy.size() > 0 && copy.size() < original.size());
-        QVERIFY(readFile(copy.filePath()).startsWith("%PDF-"));
+        QVERIFY(contentOf(copy.filePath()).startsWith("%PDF-"));
     }
 }
 

@@ -172,7 +172,7 @@ void TestBatchUsage::othersSettings()
     if (geteuid() == 0) {
         owner = 54321;
         if (!QFile::exists(file))
-            writeFile(file, 10);
+            writeZeros(file, 10);
         QCOMPARE(chown(qPrintable(file), owner, owner), 0);
     } else {
         QFile::remove(file);

@@ -132,7 +132,7 @@ int add(int count, const QString &folder)
     QStringList files;
     for (int i = 0; i < count; ++i) {
         files.append(QString("%1/%2.pdf").arg(folder).arg(i));
-        writeFile(files.last(), 1000 + i);
+        writeZeros(files.last(), 1000 + i);
     }
     QTextStream out(stdout);
     for (int round = 0; round < rounds; ++round)

@@ -1,4 +1,5 @@
 #include "core/engineswitches.h"
+#include "support/defaultline.h"
 
 #include <QSettings>
 #include <QTemporaryDir>
@@ -71,9 +72,7 @@ private slots:
 
 void TestEngineSwitches::base()
 {
-    QCOMPARE(core::baseSwitches(),
-             u" -q -dBATCH -dMaxBitmap=300000000 -dNOPAUSE -dSAFER -sDEVICE=pdfwrite"
-             " -dCompatibilityLevel=1.4"_s);
+    QCOMPARE(core::baseSwitches(), QString(defaultline::base));
 }
 
 void TestEngineSwitches::withoutSettingsFile()
@@ -81,14 +80,7 @@ void TestEngineSwitches::withoutSettingsFile()
     const core::Values values = defaults();
     QCOMPARE(core::imageSwitches(values) + core::fontSwitches(values) +
                  core::securitySwitches(values) + core::pdfaSwitches(values),
-             u" -dDownsampleColorImages=true -dColorImageDownsampleType=/Bicubic"
-             " -dColorImageResolution=150 -dAutoFilterColorImages=false"
-             " -dColorImageFilter=/DCTEncode -dGrayImageDownsampleType=/Bicubic"
-             " -dGrayImageResolution=150 -dAutoFilterGrayImages=false -dGrayImageFilter=/DCTEncode"
-             " -dDownsampleMonoImages=true -dMonoImageDownsampleType=/Bicubic"
-             " -dMonoImageResolution=300 -dAutoFilterMonoImages=false"
-             " -dMonoImageFilter=/FlateEncode -dEmbedAllFonts=true -dCompressFonts=true"
-             " -dSubsetFonts=true -dPermissions=-4"_s);
+             QString(defaultline::images) + defaultline::fonts + defaultline::permissions);
 }
 
 // Each row changes one key of the defaults; the column says what its piece becomes.

@@ -60,7 +60,7 @@ void TestMainJob::dropChooseRun()
         scene.addSample("gray-scan", "it's.pdf"), scene.sandbox.addInput("broken.pdf", 6000),
         scene.sandbox.addInput("notes.txt", 6000)};
     QList<QByteArray> before;
-    std::ranges::transform(inputs, std::back_inserter(before), readFile);
+    std::ranges::transform(inputs, std::back_inserter(before), contentOf);
 
     QFETCH(Start, start);
     scene.user.start(start == Start::linked   ? link
@@ -84,7 +84,7 @@ void TestMainJob::dropChooseRun()
     for (const QString &name : scene.sandbox.outputs())
         QCOMPARE(tools::pages(scene.sandbox.outputPath(name)), name.contains("Zoë") ? 3 : 1);
     for (qsizetype i = 0; i < inputs.size(); ++i)
-        QCOMPARE(readFile(inputs[i]), before[i]);
+        QCOMPARE(contentOf(inputs[i]), before[i]);
     QCOMPARE(scene.sandbox.temporaryFiles(), QStringList({"corvane.ini"}));
 }
 

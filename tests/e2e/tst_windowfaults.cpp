@@ -176,7 +176,7 @@ void TestWindowFaults::folderRemoved()
     Scene scene(*m_desktop);
     const User &user = scene.user;
     const QStringList inputs = {scene.addSample("text", "a.pdf"), scene.addSample("text", "b.pdf")};
-    const QByteArray before = readFile(inputs[0]);
+    const QByteArray before = contentOf(inputs[0]);
     scene.tree.holdEngines(true);
     scene.startWith(inputs);
     user.run();
@@ -199,8 +199,8 @@ void TestWindowFaults::folderRemoved()
     QCOMPARE(scene.user.quit(), 0);
     QCOMPARE(QDir(other).entryList(QDir::Files | QDir::Hidden), QStringList({"b.pdf"}));
     QCOMPARE(tools::pages(other + "/b.pdf"), 3);
-    QCOMPARE(readFile(inputs[0]), before);
-    QCOMPARE(readFile(inputs[1]), before);
+    QCOMPARE(contentOf(inputs[0]), before);
+    QCOMPARE(contentOf(inputs[1]), before);
 }
 
 void TestWindowFaults::folderReadOnly()
@@ -322,9 +322,7 @@ void TestWindowFaults::settingsUnreadable()
     QCOMPARE(user.verdicts(1), QStringList({succeed}));
     QCOMPARE(scene.user.quit(), 0);
     const QString copy = scene.sandbox.outputPath("a.pdf");
-    const QString image =
-        tools::outputOf("pdfimages", {"-list", copy}).split('\n').value(2).simplified();
-    QCOMPARE(image.split(' ').value(12), QString("150")); // dpi
+    QCOMPARE(tools::images(copy).value(0).dpi, 150);
     if (QFileInfo(scene.sandbox.settingsFile()).isDir())
         QVERIFY(QFile::exists(scene.sandbox.settingsFile() + "/inside"));
 }
@@ -375,7 +373,7 @@ void TestWindowFaults::programKilled()
     QVERIFY(sendSignal(engine, SIGCONT));
     awaitEndOf(engine);
     QCOMPARE(scene.sandbox.outputs(), QStringList({"a.pdf"}));
-    const QByteArray first = readFile(scene.sandbox.outputPath("a.pdf"));
+    const QByteArray first = contentOf(scene.sandbox.outputPath("a.pdf"));
     QCOMPARE(tools::pages(scene.sandbox.outputPath("a.pdf")), 3);
 
     scene.tree.holdEngines(false);
@@ -385,7 +383,7 @@ void TestWindowFaults::programKilled()
     QCOMPARE(user.verdicts(2), QStringList({succeed, succeed}));
     QCOMPARE(scene.user.quit(), 0);
     QCOMPARE(scene.sandbox.outputs(), QStringList({"a.pdf", "a0.pdf", "b.pdf"}));
-    QCOMPARE(readFile(scene.sandbox.outputPath("a.pdf")), first);
+    QCOMPARE(contentOf(scene.sandbox.outputPath("a.pdf")), first);
     QCOMPARE(scene.sandbox.temporaryFiles(), QStringList({"corvane.ini"}));
 }
 
@@ -430,8 +428,8 @@ void TestWindowFaults::twoInstancesWantOneName()
     QCOMPARE(scene.sandbox.outputs(), QStringList({"a.pdf"}));
     const int pages = tools::pages(scene.sandbox.outputPath("a.pdf"));
     QVERIFY2(pages == 3 || pages == 1, "neither's copy");
-    QCOMPARE(readFile(ours), readFile(SAMPLES_FOLDER "/text.pdf"));
-    QCOMPARE(readFile(theirs), readFile(SAMPLES_FOLDER "/colour-scan.pdf"));
+    QCOMPARE(contentOf(ours), contentOf(SAMPLES_FOLDER "/text.pdf"));
+    QCOMPARE(contentOf(theirs), contentOf(SAMPLES_FOLDER "/colour-scan.pdf"));
     QCOMPARE(scene.sandbox.temporaryFiles(), QStringList({"corvane.ini"}));
 }
 

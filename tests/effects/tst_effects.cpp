@@ -429,10 +429,10 @@ void TestEffects::unbalancedParenthesis()
 void TestEffects::pdfa()
 {
     QCOMPARE(copyWith({{"checkBox_pdfa", "Ok"}}, text()), QString(succeed));
-    QVERIFY(readFile(m_copy).contains("pdfaid:part"));
+    QVERIFY(contentOf(m_copy).contains("pdfaid:part"));
     init();
     QCOMPARE(copyWith({}, text()), QString(succeed));
-    QVERIFY(!readFile(m_copy).contains("pdfaid:part"));
+    QVERIFY(!contentOf(m_copy).contains("pdfaid:part"));
 }
 
 QTEST_MAIN(TestEffects)

@@ -110,21 +110,21 @@ private:
 // Empty if all is well.
 QByteArray complaint(const Bench &bench, const QByteArray &document, const Run &run)
 {
-    const QStringList copies = Bench::namesIn(bench.out());
+    const QStringList copies = namesIn(bench.out());
     if (run.status < 0)
         return "corvgs crashed or hangs";
     if (run.errors.contains("Sanitizer") || run.errors.contains("runtime error"))
         return "sanitizer";
-    if (contentOf(bench.in(u"a.pdf"_s)) != document || Bench::namesIn(bench.in()).size() != 1)
+    if (contentOf(bench.in(u"a.pdf"_s)) != document || namesIn(bench.in()).size() != 1)
         return "the original has changed";
-    if (contentOf(bench.home(u"mine"_s)) != "mine" || Bench::namesIn(bench.home()).size() != 1)
+    if (contentOf(bench.home(u"mine"_s)) != "mine" || namesIn(bench.home()).size() != 1)
         return "the home folder has changed";
-    if (!Bench::namesIn(bench.temporary()).isEmpty())
+    if (!namesIn(bench.temporary()).isEmpty())
         return "a temporary folder is left";
     if (bench.engineCount() != 0)
         return "an engine is left";
     if (run.status == 0 &&
-        (copies != QStringList{u"a.pdf"_s} || pagesOf(bench.out(u"a.pdf"_s)) < 1))
+        (copies != QStringList{u"a.pdf"_s} || tools::pages(bench.out(u"a.pdf"_s)) < 1))
         return "no sound copy";
     if (run.status != 0 && (!copies.isEmpty() || run.errors.count("corvgs: ") != 1))
         return "a copy, or no reason, after a failure";

@@ -135,8 +135,8 @@ void TestBreakout::standin()
         QCOMPARE(contentOf(bench.home(u"secret"_s)), QByteArray("treasure"));
         QCOMPARE(contentOf(bench.out(u"mine"_s)), QByteArray("treasure"));
         QCOMPARE(contentOf(bench.in(u"a.pdf"_s)), samplePdf());
-        QCOMPARE(Bench::namesIn(bench.home()), QStringList{u"secret"_s});
-        QCOMPARE(Bench::namesIn(bench.out()), QStringList{u"mine"_s});
+        QCOMPARE(namesIn(bench.home()), QStringList{u"secret"_s});
+        QCOMPARE(namesIn(bench.out()), QStringList{u"mine"_s});
     }
 }
 
@@ -320,7 +320,7 @@ void TestBreakout::environmentAddsNoSwitches()
                              "-dNOSAFER -sOutputFile="_L1 + bench.out(u"new.pdf"_s));
     const Run run = bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s)));
     QCOMPARE(run.status, 0);
-    QCOMPARE(Bench::namesIn(bench.out()), (QStringList{u"a.pdf"_s, u"mine"_s}));
+    QCOMPARE(namesIn(bench.out()), (QStringList{u"a.pdf"_s, u"mine"_s}));
 }
 
 // What corvgs itself was given open, under the numbers of channels too.
@@ -358,7 +358,7 @@ void TestBreakout::wrapper()
         QCOMPARE(run.errors, QByteArray());
         QVERIFY2(run.output.startsWith("Gs\n"), run.output);
         QCOMPARE(run.status, 0);
-        QCOMPARE(pagesOf(bench.out(u"a.pdf"_s), u"sesame"_s), 1);
+        QCOMPARE(tools::pages(bench.out(u"a.pdf"_s), u"sesame"_s), 1);
     }
 }
 

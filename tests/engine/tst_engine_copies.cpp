@@ -4,7 +4,6 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QProcess>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -15,8 +14,8 @@ QByteArray lockedPdf()
 {
     Bench bench;
     write(bench.in(u"a.pdf"_s), samplePdf());
-    QProcess::execute(u"qpdf"_s, {u"--encrypt"_s, u"user"_s, u"owner"_s, u"128"_s, u"--use-aes=y"_s,
-                                  u"--"_s, bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s)});
+    tools::outputOf(u"qpdf"_s, {u"--encrypt"_s, u"user"_s, u"owner"_s, u"128"_s, u"--use-aes=y"_s,
+                                u"--"_s, bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s)});
     return contentOf(bench.out(u"a.pdf"_s));
 }
 
@@ -24,8 +23,8 @@ QByteArray ownerLockedPdf()
 {
     Bench bench;
     write(bench.in(u"a.pdf"_s), samplePdf(2));
-    QProcess::execute(u"qpdf"_s, {u"--encrypt"_s, u""_s, u"owner"_s, u"256"_s, u"--"_s,
-                                  bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s)});
+    tools::outputOf(u"qpdf"_s, {u"--encrypt"_s, u""_s, u"owner"_s, u"256"_s, u"--"_s,
+                                bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s)});
     return contentOf(bench.out(u"a.pdf"_s));
 }
 
@@ -102,9 +101,9 @@ void TestCopies::copied()
     const Run run = bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s)));
     QCOMPARE(run.errors, QByteArray());
     QCOMPARE(run.status, 0);
-    QCOMPARE(pagesOf(bench.out(u"a.pdf"_s)), pages);
-    QCOMPARE(Bench::namesIn(bench.out()), QStringList{u"a.pdf"_s});
-    QCOMPARE(Bench::namesIn(bench.temporary()), QStringList());
+    QCOMPARE(tools::pages(bench.out(u"a.pdf"_s)), pages);
+    QCOMPARE(namesIn(bench.out()), QStringList{u"a.pdf"_s});
+    QCOMPARE(namesIn(bench.temporary()), QStringList());
     QCOMPARE(contentOf(bench.in(u"a.pdf"_s)), original);
 }
 
@@ -138,18 +137,18 @@ void TestCopies::noStub()
     QVERIFY(run.status > 0);
     QCOMPARE(run.errors.count("corvgs: "), 1);
     QVERIFY(run.errors.endsWith('\n'));
-    QCOMPARE(Bench::namesIn(bench.out()), QStringList());
-    QCOMPARE(Bench::namesIn(bench.temporary()), QStringList());
+    QCOMPARE(namesIn(bench.out()), QStringList());
+    QCOMPARE(namesIn(bench.temporary()), QStringList());
 }
 
 void TestCopies::noStubOfAFifo()
 {
     Bench bench;
-    QCOMPARE(QProcess::execute(u"mkfifo"_s, {bench.in(u"a.pdf"_s)}), 0);
+    tools::outputOf(u"mkfifo"_s, {bench.in(u"a.pdf"_s)});
     const Run run = bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s)));
     QCOMPARE(run.status, 1);
     QVERIFY(run.errors.contains("not a file"));
-    QCOMPARE(Bench::namesIn(bench.out()), QStringList());
+    QCOMPARE(namesIn(bench.out()), QStringList());
 }
 
 void TestCopies::markIsWritten()
@@ -160,10 +159,7 @@ void TestCopies::markIsWritten()
     const Run run =
         bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), {}, bench.mark()));
     QCOMPARE(run.status, 0);
-    QProcess info;
-    info.start(u"pdfinfo"_s, {bench.out(u"a.pdf"_s)});
-    QVERIFY(info.waitForFinished());
-    const QByteArray text = info.readAll();
+    const QByteArray text = tools::outputOf(u"pdfinfo"_s, {bench.out(u"a.pdf"_s)});
     QVERIFY(text.contains("Accounts"));
     QVERIFY(text.contains("Zoe"));
 }
@@ -176,7 +172,7 @@ void TestCopies::brokenMarkFails()
     const Run run =
         bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), {}, bench.mark()));
     QVERIFY(run.status > 0);
-    QCOMPARE(Bench::namesIn(bench.out()), QStringList());
+    QCOMPARE(namesIn(bench.out()), QStringList());
 }
 
 void TestCopies::passThrough()
@@ -195,7 +191,7 @@ void TestCopies::passThroughTakesAnyOutput()
     const Run run = bench.run({u"-q"_s, u"-dBATCH"_s, u"-dNOPAUSE"_s, u"-sDEVICE=pngmono"_s,
                                "-sOutputFile="_L1 + bench.out(u"%d.png"_s), bench.in(u"a.pdf"_s)});
     QCOMPARE(run.status, 0);
-    QCOMPARE(Bench::namesIn(bench.out()), (QStringList{u"1.png"_s, u"2.png"_s}));
+    QCOMPARE(namesIn(bench.out()), (QStringList{u"1.png"_s, u"2.png"_s}));
 }
 
 void TestCopies::ghostscriptsStatus()
@@ -223,7 +219,7 @@ void TestCopies::nothingToRead()
         bench.run({u"-q"_s, u"-dNOPAUSE"_s, u"-sDEVICE=pdfwrite"_s,
                    "-sOutputFile="_L1 + bench.out(u"a.pdf"_s), u"-f"_s, bench.in(u"a.pdf"_s)});
     QCOMPARE(run.status, 0);
-    QCOMPARE(pagesOf(bench.out(u"a.pdf"_s)), 1);
+    QCOMPARE(tools::pages(bench.out(u"a.pdf"_s)), 1);
 }
 
 void TestCopies::fromADeepFolder()
@@ -236,7 +232,7 @@ void TestCopies::fromADeepFolder()
     write(folder + "/a.pdf"_L1, samplePdf());
     const Run run = bench.run(Bench::line(folder + "/a.pdf"_L1, folder + "/b.pdf"_L1));
     QCOMPARE(run.errors, QByteArray());
-    QCOMPARE(pagesOf(folder + "/b.pdf"_L1), 1);
+    QCOMPARE(tools::pages(folder + "/b.pdf"_L1), 1);
 }
 
 void TestCopies::permissionsOfTheFile()

@@ -60,7 +60,7 @@ void TestKilled::verifyOutput(const QString &output, int signal)
         return;
     // Whole, or the placeholder of one who could not clear up.
     if (QFileInfo(output).size() > 0)
-        QCOMPARE(pagesOf(output), 30);
+        QCOMPARE(tools::pages(output), 30);
     else
         QCOMPARE(signal, SIGKILL);
 }
@@ -70,7 +70,7 @@ void TestKilled::atAnyMoment()
     QFETCH(int, percent);
     QFETCH(int, signal);
     const QString output = m_bench.out(QString::fromUtf8(QTest::currentDataTag()) + ".pdf"_L1);
-    const QStringList before = Bench::namesIn(m_bench.temporary());
+    const QStringList before = namesIn(m_bench.temporary());
     QElapsedTimer timer;
     timer.start();
     const auto process = m_bench.start(Bench::line(m_bench.in(u"a.pdf"_s), output));
@@ -84,13 +84,13 @@ void TestKilled::atAnyMoment()
     }
 
     if (process->exitStatus() == QProcess::NormalExit && process->exitCode() == 0)
-        QCOMPARE(pagesOf(output), 30);
-    QTRY_COMPARE_WITH_TIMEOUT(m_bench.engineCount(), 0, Bench::bound);
+        QCOMPARE(tools::pages(output), 30);
+    QTRY_COMPARE_WITH_TIMEOUT(m_bench.engineCount(), 0, bound);
     verifyOutput(output, signal);
-    for (const QString &name : Bench::namesIn(m_bench.out()))
+    for (const QString &name : namesIn(m_bench.out()))
         QVERIFY2(!name.startsWith(u'.') || signal == SIGKILL, qPrintable(name));
     // What an earlier kill left may still be there if this run didn't get as far as to clear up.
-    for (const QString &name : Bench::namesIn(m_bench.temporary()))
+    for (const QString &name : namesIn(m_bench.temporary()))
         QVERIFY(signal == SIGKILL || before.contains(name));
 }
 
@@ -99,8 +99,8 @@ void TestKilled::nextRunClears()
     QVERIFY2(m_interrupted > 50, "the moments came too late to test anything");
     QCOMPARE(m_bench.run(Bench::line(m_bench.in(u"a.pdf"_s), m_bench.out(u"last.pdf"_s))).status,
              0);
-    QCOMPARE(Bench::namesIn(m_bench.temporary()), QStringList());
-    for (const QString &name : Bench::namesIn(m_bench.out())) {
+    QCOMPARE(namesIn(m_bench.temporary()), QStringList());
+    for (const QString &name : namesIn(m_bench.out())) {
         QVERIFY2(!name.startsWith(u'.'), qPrintable(name));
         verifyOutput(m_bench.out(name), SIGKILL);
     }

@@ -51,9 +51,9 @@ void TestNames::absolute()
     QCOMPARE(run.output,
              QByteArray("corvgs: the copy is the original: nothing makes it smaller\n"));
     QCOMPARE(run.status, 0);
-    QCOMPARE(Bench::namesIn(bench.out()), QStringList{name});
-    QCOMPARE(Bench::namesIn(bench.in()), QStringList{name});
-    QCOMPARE(pagesOf(bench.out(name)), 2);
+    QCOMPARE(namesIn(bench.out()), QStringList{name});
+    QCOMPARE(namesIn(bench.in()), QStringList{name});
+    QCOMPARE(tools::pages(bench.out(name)), 2);
 }
 
 void TestNames::relative()
@@ -66,13 +66,13 @@ void TestNames::relative()
         bench.run(Bench::line(name, "../out/%d/"_L1 + name), Bench::corvgs(), bench.in());
     QCOMPARE(run.errors, QByteArray());
     QCOMPARE(run.status, 0);
-    QCOMPARE(Bench::namesIn(bench.out(u"%d"_s)), QStringList{name});
+    QCOMPARE(namesIn(bench.out(u"%d"_s)), QStringList{name});
 
     const Run second =
         bench.run(Bench::line("../in/"_L1 + name, name), Bench::corvgs(), bench.out());
     QCOMPARE(second.status, 0);
-    QCOMPARE(pagesOf(bench.out(name)), 2);
-    QCOMPARE(Bench::namesIn(bench.out()).size(), 2);
+    QCOMPARE(tools::pages(bench.out(name)), 2);
+    QCOMPARE(namesIn(bench.out()).size(), 2);
 }
 
 void TestNames::folders_data()
@@ -95,9 +95,9 @@ void TestNames::folders()
     const Run run = bench.run(Bench::line(input, output));
     QCOMPARE(run.errors, QByteArray());
     QCOMPARE(run.status, 0);
-    QCOMPARE(pagesOf(output), 1);
-    QCOMPARE(Bench::namesIn(bench.out(folder)), QStringList{u"a.pdf"_s});
-    QCOMPARE(Bench::namesIn(bench.out(u"t"_s + folder)), QStringList());
+    QCOMPARE(tools::pages(output), 1);
+    QCOMPARE(namesIn(bench.out(folder)), QStringList{u"a.pdf"_s});
+    QCOMPARE(namesIn(bench.out(u"t"_s + folder)), QStringList());
 }
 
 // Qt can't name such files, a shell can.
@@ -115,7 +115,7 @@ void TestNames::notUtf8()
         u"/bin/sh"_s);
     QCOMPARE(run.errors, QByteArray());
     QCOMPARE(run.status, 0);
-    QCOMPARE(Bench::namesIn(bench.out()), QStringList{u"found.pdf"_s});
+    QCOMPARE(namesIn(bench.out()), QStringList{u"found.pdf"_s});
 }
 
 void TestNames::marks()

@@ -3,24 +3,21 @@
 #include "samples.h"
 
 #include <QFile>
-#include <QProcess>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-QByteArray outputOf(const QString &program, const QStringList &arguments)
+QByteArray saidBy(const QString &program, const QStringList &arguments)
 {
-    QProcess process;
-    process.start(program, arguments);
-    process.waitForFinished();
-    return process.readAllStandardOutput() + process.readAllStandardError();
+    const tools::Result result = tools::run(program, arguments);
+    return result.output + result.errors;
 }
 
 QByteArray encryptionOf(const QString &file, const QString &password)
 {
-    return outputOf(u"qpdf"_s, {"--password="_L1 + password, u"--show-encryption"_s, file});
+    return saidBy(u"qpdf"_s, {"--password="_L1 + password, u"--show-encryption"_s, file});
 }
 
 } // namespace
@@ -67,9 +64,9 @@ void TestPasswords::encryption()
     const Run run = bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), switches));
     QCOMPARE(run.errors, QByteArray());
     QCOMPARE(run.status, 0);
-    QCOMPARE(pagesOf(bench.out(u"a.pdf"_s), opens), 2);
-    QCOMPARE(pagesOf(bench.out(u"a.pdf"_s)), opens.isEmpty() ? 2 : -1);
-    QCOMPARE(pagesOf(bench.out(u"a.pdf"_s), u"wrong"_s), -1);
+    QCOMPARE(tools::pages(bench.out(u"a.pdf"_s), opens), 2);
+    QCOMPARE(tools::pages(bench.out(u"a.pdf"_s)), opens.isEmpty() ? 2 : -1);
+    QCOMPARE(tools::pages(bench.out(u"a.pdf"_s), u"wrong"_s), -1);
     const QByteArray found = encryptionOf(bench.out(u"a.pdf"_s), owns);
     QVERIFY2(found.contains("R = 3"), found);
     QVERIFY2(found.contains("Supplied password is owner password"), found);
@@ -96,9 +93,9 @@ void TestPasswords::hardPasswords()
                     {"-sUserPassword="_L1 + password, "-sOwnerPassword="_L1 + password + u'o'}));
     QCOMPARE(run.errors, QByteArray());
     QCOMPARE(run.status, 0);
-    QCOMPARE(pagesOf(bench.out(u"a.pdf"_s)), -1);
-    QCOMPARE(pagesOf(bench.out(u"a.pdf"_s), password), 1);
-    const QByteArray poppler = outputOf(u"pdfinfo"_s, {u"-upw"_s, password, bench.out(u"a.pdf"_s)});
+    QCOMPARE(tools::pages(bench.out(u"a.pdf"_s)), -1);
+    QCOMPARE(tools::pages(bench.out(u"a.pdf"_s), password), 1);
+    const QByteArray poppler = saidBy(u"pdfinfo"_s, {u"-upw"_s, password, bench.out(u"a.pdf"_s)});
     QVERIFY2(poppler.contains("Encrypted:"), poppler);
 }
 
@@ -125,7 +122,7 @@ void TestPasswords::lettersBeyondAscii()
                               {"-sUserPassword="_L1 + password, u"-sOwnerPassword=o"_s}));
     QCOMPARE(run.errors, QByteArray());
     const QString hexadecimal = QString::fromLatin1(bytes.toHex());
-    const QByteArray found = outputOf(
+    const QByteArray found = saidBy(
         u"qpdf"_s, {u"--suppress-password-recovery"_s, u"--password-mode=hex-bytes"_s,
                     "--password="_L1 + hexadecimal, u"--show-encryption"_s, bench.out(u"a.pdf"_s)});
     QVERIFY2(found.contains("Supplied password is user password"), found);
@@ -153,11 +150,11 @@ void TestPasswords::longPasswords()
         QCOMPARE(run.errors, QByteArray());
         QVERIFY(!run.output.contains(password.toUtf8()));
         QCOMPARE(run.status, 0);
-        QCOMPARE(pagesOf(copy), -1);
-        QCOMPARE(pagesOf(copy, password), 1);
+        QCOMPARE(tools::pages(copy), -1);
+        QCOMPARE(tools::pages(copy, password), 1);
         for (const QString &option : {u"-upw"_s, u"-opw"_s}) {
             const QByteArray poppler =
-                outputOf(u"pdfinfo"_s, {option, option == u"-upw"_s ? password : owner, copy});
+                saidBy(u"pdfinfo"_s, {option, option == u"-upw"_s ? password : owner, copy});
             QVERIFY2(poppler.contains("Encrypted:"), poppler);
         }
         QVERIFY(QFile::remove(copy));

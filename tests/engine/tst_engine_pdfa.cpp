@@ -3,7 +3,6 @@
 #include "documents.h"
 #include "samples.h"
 
-#include <QProcess>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -22,14 +21,11 @@ QString classPath()
 // The validator's verdict: empty if the file is valid.
 QByteArray objectionsTo(const QString &path)
 {
-    QProcess java;
-    java.setProcessChannelMode(QProcess::MergedChannels);
-    java.start(u"java"_s,
-               {u"-cp"_s, classPath(), u"org.apache.pdfbox.preflight.Validator_A1b"_s, path});
-    if (!java.waitForFinished(120'000))
-        return "the validator can't be run";
-    const QByteArray said = java.readAll();
-    return said.contains("is a valid PDF/A-1b file") && java.exitCode() == 0 ? QByteArray() : said;
+    const tools::Result validated = tools::run(
+        u"java"_s, {u"-cp"_s, classPath(), u"org.apache.pdfbox.preflight.Validator_A1b"_s, path});
+    if (validated.status == 0 && validated.output.contains("is a valid PDF/A-1b file"))
+        return {};
+    return "not valid: " + validated.output + validated.errors;
 }
 
 QByteArray withGraphicsState(const QByteArray &entries)
@@ -167,9 +163,9 @@ void TestPdfa::valid()
     const Run run = copyOf(bench, original);
     QCOMPARE(run.status, 0);
     QCOMPARE(objectionsTo(bench.out(u"a.pdf"_s)), QByteArray());
-    QCOMPARE(pagesOf(bench.out(u"a.pdf"_s)), pagesOf(bench.in(u"a.pdf"_s)));
-    QCOMPARE(documents::outputOf(u"pdftotext"_s, {bench.out(u"a.pdf"_s), u"-"_s}).simplified(),
-             documents::outputOf(u"pdftotext"_s, {bench.in(u"a.pdf"_s), u"-"_s}).simplified());
+    QCOMPARE(tools::pages(bench.out(u"a.pdf"_s)), tools::pages(bench.in(u"a.pdf"_s)));
+    QCOMPARE(tools::outputOf(u"pdftotext"_s, {bench.out(u"a.pdf"_s), u"-"_s}).simplified(),
+             tools::outputOf(u"pdftotext"_s, {bench.in(u"a.pdf"_s), u"-"_s}).simplified());
 }
 
 void TestPdfa::refused_data()
@@ -224,7 +220,7 @@ void TestPdfa::refused()
     const Run run = copyOf(bench, original, switches);
     QVERIFY(run.status > 0);
     QVERIFY2(run.errors.contains(reason), run.errors);
-    QCOMPARE(Bench::namesIn(bench.out()), QStringList());
+    QCOMPARE(namesIn(bench.out()), QStringList());
 }
 
 void TestPdfa::bilevelAsKept_data()
@@ -287,7 +283,7 @@ void TestPdfa::linksStay()
     const Bench bench;
     QCOMPARE(copyOf(bench, documents::links()).status, 0);
     QCOMPARE(objectionsTo(bench.out(u"a.pdf"_s)), QByteArray());
-    const QByteArray syntax = documents::outputOf(
+    const QByteArray syntax = tools::outputOf(
         u"qpdf"_s, {u"--qdf"_s, u"--object-streams=disable"_s, bench.out(u"a.pdf"_s), u"-"_s});
     QCOMPARE(syntax.count("/Subtype /Link"), 2);
     QVERIFY(syntax.contains("(https://example.org/)"));
@@ -327,7 +323,7 @@ void TestPdfa::texts()
     QCOMPARE(copyOf(bench, documents::withParts(parts), {u"-dPDFA"_s}, mark).status, 0);
     QCOMPARE(objectionsTo(bench.out(u"a.pdf"_s)), QByteArray());
     const QByteArray info =
-        documents::outputOf(u"pdfinfo"_s, {u"-enc"_s, u"UTF-8"_s, bench.out(u"a.pdf"_s)});
+        tools::outputOf(u"pdfinfo"_s, {u"-enc"_s, u"UTF-8"_s, bench.out(u"a.pdf"_s)});
     const QByteArray line = info.contains("Title:") ? info.mid(info.indexOf("Title:") + 6) : "\n";
     QCOMPARE(line.left(line.indexOf('\n')).trimmed(), title);
     QVERIFY2(info.contains("A & B"), info);
@@ -342,7 +338,7 @@ void TestPdfa::withoutPdfaNothingIsClaimed()
     for (const QByteArray &original : {pdfa, documents::form()}) {
         const Bench other;
         QCOMPARE(copyOf(other, original, {u"-sOwnerPassword=o"_s}).status, 0);
-        QVERIFY(!documents::outputOf(u"pdfinfo"_s, {u"-meta"_s, other.out(u"a.pdf"_s)})
+        QVERIFY(!tools::outputOf(u"pdfinfo"_s, {u"-meta"_s, other.out(u"a.pdf"_s)})
                      .contains("pdfaid:part>"));
     }
 }

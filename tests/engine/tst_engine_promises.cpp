@@ -9,7 +9,7 @@
 #include <QTest>
 
 using namespace Qt::StringLiterals;
-using documents::outputOf;
+using tools::outputOf;
 
 class TestPromises : public QObject
 {
@@ -101,7 +101,7 @@ void TestPromises::neverLarger()
     QCOMPARE(copy.run.status, 0);
     QVERIFY2(copy.size <= original.size(),
              qPrintable(u"%1 of %2 bytes"_s.arg(copy.size).arg(original.size())));
-    QCOMPARE(pagesOf(copy.path), pagesOf(bench.in(u"a.pdf"_s)));
+    QCOMPARE(tools::pages(copy.path), tools::pages(bench.in(u"a.pdf"_s)));
     QCOMPARE(outputOf(u"pdftotext"_s, {copy.path, u"-"_s}),
              outputOf(u"pdftotext"_s, {bench.in(u"a.pdf"_s), u"-"_s}));
 }
@@ -141,7 +141,7 @@ void TestPromises::repairedEvenIfLarger()
     QCOMPARE(copy.run.status, 0);
     QVERIFY(contentOf(copy.path).contains("startxref"));
     QVERIFY(copy.size <= original.size() + 1024);
-    QCOMPARE(pagesOf(copy.path), 2);
+    QCOMPARE(tools::pages(copy.path), 2);
 }
 
 void TestPromises::formKeepsItsFields()
@@ -196,7 +196,7 @@ void TestPromises::wrongCountIsDamage()
     const Copies copy = copyOf(bench, documents::form().replace("/Count 1 ", "/Count " + count));
     QVERIFY(copy.run.status > 0);
     QVERIFY2(copy.run.errors.endsWith(": the document is damaged\n"), copy.run.errors);
-    QCOMPARE(Bench::namesIn(bench.out()), QStringList());
+    QCOMPARE(namesIn(bench.out()), QStringList());
 }
 
 void TestPromises::ownEntriesStay()
@@ -220,8 +220,8 @@ void TestPromises::formWithPassword()
         copyOf(bench, documents::form(),
                {u"-sUserPassword=u"_s, u"-sOwnerPassword=o"_s, u"-dPermissions=-8"_s});
     QCOMPARE(copy.run.errors, QByteArray());
-    QCOMPARE(pagesOf(copy.path), -1);
-    QCOMPARE(pagesOf(copy.path, u"u"_s), 1);
+    QCOMPARE(tools::pages(copy.path), -1);
+    QCOMPARE(tools::pages(copy.path, u"u"_s), 1);
     QVERIFY(plainSyntax(copy.path, u"u"_s).contains("/V (Zoe)"));
     const QByteArray locks =
         outputOf(u"qpdf"_s, {u"--password=u"_s, u"--show-encryption"_s, copy.path});
@@ -270,7 +270,7 @@ void TestPromises::damagedForm()
     const Copies copy = copyOf(bench, documents::withParts(parts));
     QCOMPARE(copy.run.errors, QByteArray());
     QCOMPARE(copy.run.status, 0);
-    QCOMPARE(pagesOf(copy.path), 1);
+    QCOMPARE(tools::pages(copy.path), 1);
     QCOMPARE(outputOf(u"pdftotext"_s, {copy.path, u"-"_s}),
              outputOf(u"pdftotext"_s, {bench.in(u"a.pdf"_s), u"-"_s}));
 }

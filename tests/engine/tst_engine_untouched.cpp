@@ -59,7 +59,7 @@ void TestUntouched::existing()
     if (kind == "folder"_L1)
         QVERIFY(QDir().mkdir(output));
     if (kind == "fifo"_L1)
-        QCOMPARE(QProcess::execute(u"mkfifo"_s, {output}), 0);
+        tools::outputOf(u"mkfifo"_s, {output});
     const QFileInfo before(output);
     const auto modified = before.lastModified();
 
@@ -69,7 +69,7 @@ void TestUntouched::existing()
     const QFileInfo after(output);
     QCOMPARE(after.isSymLink(), before.isSymLink());
     QCOMPARE(after.lastModified(), modified);
-    QCOMPARE(Bench::namesIn(bench.out()), QStringList{u"a.pdf"_s});
+    QCOMPARE(namesIn(bench.out()), QStringList{u"a.pdf"_s});
     QCOMPARE(QFile::exists(target), kind == "link"_L1);
     if (kind == "file"_L1 || kind == "link"_L1)
         QCOMPARE(contentOf(output), QByteArray("mine"));
@@ -111,7 +111,7 @@ void TestUntouched::missingInputIsOutput()
     const Run run = bench.run(Bench::line(bench.out(u"a.pdf"_s), bench.out(u"a.pdf"_s)));
     QCOMPARE(run.status, 1);
     QVERIFY(run.errors.contains("No such file or directory"));
-    QCOMPARE(Bench::namesIn(bench.out()), QStringList());
+    QCOMPARE(namesIn(bench.out()), QStringList());
 }
 
 // What the window's quotes make of a name with quotes in it.
@@ -143,10 +143,10 @@ void TestUntouched::bentLine()
     const Run run = bench.run(words, program, bench.out());
     QVERIFY(run.status != 0);
     QCOMPARE(run.errors.count('\n'), 1);
-    QCOMPARE(Bench::namesIn(bench.out()), QStringList{u"victim.pdf"_s});
+    QCOMPARE(namesIn(bench.out()), QStringList{u"victim.pdf"_s});
     QCOMPARE(contentOf(bench.out(u"victim.pdf"_s)), victim);
     QCOMPARE(contentOf(bench.in(u"victim.pdf"_s)), victim);
-    QCOMPARE(Bench::namesIn(bench.in()).size(), 2);
+    QCOMPARE(namesIn(bench.in()).size(), 2);
 }
 
 void TestUntouched::placeholderIsThereFromTheStart()
@@ -157,7 +157,7 @@ void TestUntouched::placeholderIsThereFromTheStart()
     const QStringList line = Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s));
     const auto process = bench.start(line, Bench::driver(Bench::Confined));
     QVERIFY(process->waitForReadyRead());
-    QCOMPARE(Bench::namesIn(bench.out()), QStringList{u"a.pdf"_s});
+    QCOMPARE(namesIn(bench.out()), QStringList{u"a.pdf"_s});
     QCOMPARE(QFileInfo(bench.out(u"a.pdf"_s)).size(), 0);
 
     const Run second = bench.run(line, Bench::driver(Bench::Confined));
@@ -165,7 +165,7 @@ void TestUntouched::placeholderIsThereFromTheStart()
     QVERIFY(second.errors.contains("is taken"));
     process->terminate();
     QVERIFY(process->waitForFinished());
-    QCOMPARE(Bench::namesIn(bench.out()), QStringList());
+    QCOMPARE(namesIn(bench.out()), QStringList());
 }
 
 void TestUntouched::placeholderThatSomebodyFilled()
@@ -193,7 +193,7 @@ void TestUntouched::neighbours()
     QCOMPARE(run.status, 0);
     for (const QString &name : names)
         QCOMPARE(contentOf(bench.out(name)), QByteArray("mine"));
-    QCOMPARE(Bench::namesIn(bench.out()).size(), 5);
+    QCOMPARE(namesIn(bench.out()).size(), 5);
 }
 
 QTEST_GUILESS_MAIN(TestUntouched)

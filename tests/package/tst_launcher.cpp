@@ -1,12 +1,11 @@
 // The launcher's choice of a folder for temporary files. A shell script in the program's place
 // prints what it was given.
 
-#include "support/bound.h"
+#include "support/tools.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -80,15 +79,13 @@ void TestLauncher::init()
 QStringList TestLauncher::start(const QString &temporaryFolder, const QStringList &arguments,
                                 const QString &through) const
 {
-    QProcess launcher;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("TMPDIR", temporaryFolder);
-    launcher.setProcessEnvironment(environment);
-    launcher.setWorkingDirectory(path("launcher"));
-    launcher.start(through.isEmpty() ? path("launcher/corvane") : through, arguments);
-    if (!launcher.waitForFinished(bound) || launcher.exitCode() != 0)
-        return {launcher.readAllStandardError()};
-    QStringList words = QString::fromUtf8(launcher.readAllStandardOutput()).split(QChar('\0'));
+    const tools::Result run = tools::run(through.isEmpty() ? path("launcher/corvane") : through,
+                                         arguments, environment, path("launcher"));
+    if (run.status != 0)
+        return {QString::fromUtf8(run.errors)};
+    QStringList words = QString::fromUtf8(run.output).split(QChar('\0'));
     words.removeLast();
     return words;
 }

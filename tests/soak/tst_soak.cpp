@@ -29,7 +29,7 @@ constexpr qint64 longestGap = 20000; // ms; the aim is 100, which a busy machine
 
 qint64 residentMemory() // bytes
 {
-    return readFile("/proc/self/statm").split(' ').value(1).toLongLong() * sysconf(_SC_PAGESIZE);
+    return contentOf("/proc/self/statm").split(' ').value(1).toLongLong() * sysconf(_SC_PAGESIZE);
 }
 
 qsizetype openDescriptors()
@@ -125,7 +125,7 @@ void TestSoak::makeInputs() const
     QVERIFY(ghostscript.waitForFinished(m_count * secondsPerFile * 1000));
     QCOMPARE(ghostscript.exitCode(), 0);
     for (int number = brokenEvery; number <= m_count; number += brokenEvery) {
-        const QByteArray pdf = readFile(inputPath(number));
+        const QByteArray pdf = contentOf(inputPath(number));
         QFile file(inputPath(number));
         QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
         file.write(broken(pdf, number));
@@ -146,7 +146,7 @@ void TestSoak::oneLongBatch()
     QStringList inputs;
     for (int number = 1; number <= m_count; ++number) {
         inputs.append(inputPath(number));
-        before.append(readFile(inputPath(number)));
+        before.append(contentOf(inputPath(number)));
     }
 
     Process window;
@@ -187,9 +187,9 @@ void TestSoak::oneLongBatch()
         const QString verdict = user.verdict(number - 1);
         QVERIFY2(verdict == expected(number),
                  qPrintable(QString("%1: %2").arg(number).arg(verdict)));
-        QCOMPARE(readFile(inputPath(number)), before[number - 1]);
+        QCOMPARE(contentOf(inputPath(number)), before[number - 1]);
         const QString name = QFileInfo(inputPath(number)).fileName();
-        const bool whole = readFile(m_sandbox.outputPath(name)).trimmed().endsWith("%%EOF");
+        const bool whole = contentOf(m_sandbox.outputPath(name)).trimmed().endsWith("%%EOF");
         QCOMPARE(whole, number % brokenEvery != 0); // a blank page is a copy, too
         if (whole)
             copies.append(name);

@@ -51,7 +51,7 @@ void FakeEngine::put(const QString &name, const QByteArray &content) const
 
 QStringList FakeEngine::linesOf(const QString &name) const
 {
-    return QString::fromLocal8Bit(readFile(m_folder.filePath(name)))
+    return QString::fromLocal8Bit(contentOf(m_folder.filePath(name)))
         .split('\n', Qt::SkipEmptyParts);
 }
 
@@ -74,7 +74,7 @@ void FakeEngine::open() const
 QList<QStringList> FakeEngine::starts() const
 {
     QList<QStringList> starts;
-    for (const QByteArray &start : readFile(m_folder.filePath("log")).split('\x1e')) {
+    for (const QByteArray &start : contentOf(m_folder.filePath("log")).split('\x1e')) {
         if (!start.isEmpty())
             starts.append(QString::fromLocal8Bit(start).split(QChar(0x1f)).mid(1));
     }
@@ -83,7 +83,7 @@ QList<QStringList> FakeEngine::starts() const
 
 int FakeEngine::endCount() const
 {
-    return static_cast<int>(readFile(m_folder.filePath("ended")).size());
+    return static_cast<int>(contentOf(m_folder.filePath("ended")).size());
 }
 
 QStringList FakeEngine::inputs() const

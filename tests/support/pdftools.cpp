@@ -10,28 +10,22 @@ namespace tools {
 namespace {
 
 // The rows of a table under two lines of headings, split into words.
-QList<QStringList> table(const QString &output)
+QList<QStringList> table(const QByteArray &output)
 {
     QList<QStringList> rows;
-    for (const QString &line : output.split('\n', Qt::SkipEmptyParts).mid(2))
+    for (const QString &line : QString::fromUtf8(output).split('\n', Qt::SkipEmptyParts).mid(2))
         rows.append(line.simplified().split(' '));
     return rows;
 }
 
 QString filterOf(const QString &pdf, const QString &object)
 {
-    const QString dictionary = outputOf("qpdf", {"--show-object=" + object, pdf});
+    const auto dictionary = QString::fromUtf8(outputOf("qpdf", {"--show-object=" + object, pdf}));
     static const QRegularExpression filter("/Filter /(\\w+)");
     return filter.match(dictionary).captured(1);
 }
 
 } // namespace
-
-int pages(const QString &pdf)
-{
-    const Result counted = run("qpdf", {"--show-npages", pdf});
-    return counted.status == 0 ? counted.output.trimmed().toInt() : -1;
-}
 
 QList<Image> images(const QString &pdf)
 {
@@ -64,16 +58,19 @@ QList<Font> fonts(const QString &pdf)
 QMap<QString, QString> information(const QString &pdf)
 {
     QMap<QString, QString> entries;
-    for (const QString &line : outputOf("pdfinfo", {pdf}).split('\n', Qt::SkipEmptyParts))
+    const auto shown = QString::fromUtf8(outputOf("pdfinfo", {pdf}));
+    for (const QString &line : shown.split('\n', Qt::SkipEmptyParts))
         entries.insert(line.section(':', 0, 0), line.section(':', 1).mid(1).trimmed());
     return entries;
 }
 
 Permissions permissions(const QString &pdf, const QString &userPassword)
 {
-    const QString shown =
+    const QByteArray shown =
         outputOf("qpdf", {"--show-encryption", "--password=" + userPassword, pdf});
-    const auto allows = [&](const QString &what) { return shown.contains(what + ": allowed"); };
+    const auto allows = [&](const char *what) {
+        return shown.contains(QByteArray(what) + ": allowed");
+    };
     return {allows("print low resolution"), allows("modify other"),
             allows("extract for any purpose"), allows("modify annotations")};
 }

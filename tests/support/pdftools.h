@@ -8,9 +8,6 @@
 /// What independent programs say about a PDF file: those of poppler and qpdf.
 namespace tools {
 
-/// How many pages the file has; -1 if it can't be read.
-int pages(const QString &pdf);
-
 struct Image
 {
     int width = 0;

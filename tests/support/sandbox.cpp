@@ -4,16 +4,6 @@
 #include <QFile>
 #include <QSettings>
 
-namespace {
-
-QStringList namesIn(const QString &folder)
-{
-    return QDir(folder).entryList(
-        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
-}
-
-} // namespace
-
 Sandbox::Sandbox()
     : m_formerTemporaryFolder(qgetenv("TMPDIR"))
 {
@@ -70,7 +60,7 @@ QString Sandbox::addInput(const QString &name, qint64 size) const
     const QString path = inputFolder() + '/' + name;
     if (!QDir().mkpath(QFileInfo(path).path()))
         qFatal("no folder for %s", qPrintable(path));
-    writeFile(path, size);
+    writeZeros(path, size);
     return path;
 }
 
@@ -83,17 +73,4 @@ void Sandbox::store(const QString &key, const QString &value) const
 QString Sandbox::stored(const QString &key) const
 {
     return QSettings(settingsFile(), QSettings::IniFormat).value(key, "(absent)").toString();
-}
-
-void writeFile(const QString &path, qint64 size)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || !file.resize(size))
-        qFatal("cannot write %s", qPrintable(path));
-}
-
-QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "files.h"
+
 #include <QString>
 #include <QTemporaryDir>
 
@@ -32,8 +34,3 @@ private:
     QTemporaryDir m_folder;
     QByteArray m_formerTemporaryFolder;
 };
-
-/// Writes a file of `size` bytes, replacing what was there.
-void writeFile(const QString &path, qint64 size);
-
-QByteArray readFile(const QString &path);

@@ -5,7 +5,9 @@
 #include <QString>
 #include <QStringList>
 
-/// Programs that are not under test: what they say is what a test holds on to.
+class QProcess;
+
+/// Programs run to their end: those under test, and those that a test holds on to.
 namespace tools {
 
 struct Result
@@ -15,12 +17,18 @@ struct Result
     QByteArray errors;
 };
 
-/// Runs a program to its end.
 Result run(const QString &program, const QStringList &arguments,
            const QProcessEnvironment &environment = QProcessEnvironment::systemEnvironment(),
            const QString &workingFolder = {});
 
+/// The same with a process that has been set up already; `input` is all that it can read.
+Result run(QProcess &process, const QString &program, const QStringList &arguments,
+           const QByteArray &input = {});
+
 /// What a program prints. The test ends here if the program fails.
-QString outputOf(const QString &program, const QStringList &arguments);
+QByteArray outputOf(const QString &program, const QStringList &arguments);
+
+/// How many pages a PDF file has, as qpdf counts them; -1 if it can't read the file.
+int pages(const QString &pdf, const QString &password = {});
 
 } // namespace tools

@@ -1,6 +1,7 @@
 // What the engine is given: its switches, its names, the mark file.
 
 #include "core/engineswitches.h"
+#include "support/defaultline.h"
 #include "windowtest.h"
 
 #include <QFile>
@@ -72,10 +73,7 @@ void TestBatchCommand::engineSwitches()
     QFETCH(QString, pdfa);
     for (const auto &[key, value] : stored.asKeyValueRange())
         m_sandbox->store(key, value);
-    QCOMPARE(m_window->getOption(),
-             " -q -dBATCH -dMaxBitmap=300000000 -dNOPAUSE -dSAFER -sDEVICE=pdfwrite"
-             " -dCompatibilityLevel=1.4" +
-                 image + fonts + security + pdfa);
+    QCOMPARE(m_window->getOption(), defaultline::base + image + fonts + security + pdfa);
     QCOMPARE(m_window->getOption(), core::engineSwitches(core::engineValues(QSettings(
                                         m_sandbox->settingsFile(), QSettings::IniFormat))));
     QCOMPARE(m_window->getImageOption(), image);
@@ -97,7 +95,7 @@ void TestBatchCommand::commandLine()
 void TestBatchCommand::markFileComesLast()
 {
     QCOMPARE(m_window->getAnnooption(), QString());
-    writeFile(m_sandbox->markFile(), 1);
+    writeZeros(m_sandbox->markFile(), 1);
     QCOMPARE(m_window->getAnnooption(), " \"" + m_sandbox->markFile() + '"');
     list({"a.pdf"});
     m_user->runToTheEnd();

@@ -21,7 +21,7 @@ namespace {
 
 qint64 residentMemory() // bytes
 {
-    const QByteArray pages = readFile("/proc/self/statm").split(' ').value(1);
+    const QByteArray pages = contentOf("/proc/self/statm").split(' ').value(1);
     return pages.toLongLong() * sysconf(_SC_PAGESIZE);
 }
 

@@ -27,12 +27,12 @@ void TestBatchOutputs::outputBesideTheInput()
 {
     m_user->folderEdit()->setText(m_sandbox->inputFolder());
     list({"a.pdf"});
-    const QByteArray before = readFile(m_sandbox->inputFolder() + "/a.pdf");
+    const QByteArray before = contentOf(m_sandbox->inputFolder() + "/a.pdf");
     m_user->runToTheEnd();
     QVERIFY(QFile::exists(m_sandbox->inputFolder() + "/a0.pdf"));
     m_user->runToTheEnd();
     QVERIFY(QFile::exists(m_sandbox->inputFolder() + "/a00.pdf"));
-    QCOMPARE(readFile(m_sandbox->inputFolder() + "/a.pdf"), before);
+    QCOMPARE(contentOf(m_sandbox->inputFolder() + "/a.pdf"), before);
 }
 
 void TestBatchOutputs::sameBaseNames()
@@ -88,7 +88,7 @@ void TestBatchOutputs::nameIsFreeAgainIfNothingCame()
 
 void TestBatchOutputs::existingFilesStay()
 {
-    writeFile(m_sandbox->outputPath("a.pdf"), 123);
+    writeZeros(m_sandbox->outputPath("a.pdf"), 123);
     QVERIFY(QDir(m_sandbox->outputFolder()).mkdir("a0.pdf"));
     list({"a.pdf"});
     m_user->runToTheEnd();

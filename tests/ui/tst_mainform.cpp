@@ -455,9 +455,9 @@ void TestMainForm::pictures_data()
 void TestMainForm::pictures()
 {
     const QString name = QTest::currentDataTag();
-    const QByteArray picture = readFile(":/iconoption/icons/" + name);
+    const QByteArray picture = contentOf(":/iconoption/icons/" + name);
     QVERIFY(!picture.isEmpty());
-    QVERIFY(picture == readFile(PICTURES + name));
+    QVERIFY(picture == contentOf(PICTURES + name));
     QImageReader reader(":/iconoption/icons/" + name);
     QTEST(reader.format(), "kind");
     QVERIFY(reader.imageCount() <= 1);

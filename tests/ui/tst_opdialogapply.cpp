@@ -137,7 +137,7 @@ void TestOpDialogApply::halfCheckedPagesAreOff()
     shown.window.press("pushButton_apply");
     for (const char *key : {"Image/Image", "Fonts/Fonts", "Secur/Secur", "Annot/Annot"})
         QCOMPARE(m_sandbox->stored(key), QString("No"));
-    QVERIFY(readFile(m_sandbox->markFile()).startsWith(" [ /Creator ( )"));
+    QVERIFY(contentOf(m_sandbox->markFile()).startsWith(" [ /Creator ( )"));
 }
 
 void TestOpDialogApply::cancelWritesNothingAndRevertsNothing()
@@ -216,7 +216,7 @@ void TestOpDialogApply::markFile()
     const ShownOptions shown;
     shown.window.type(field, text);
     shown.window.press("pushButton_apply");
-    QTEST(readFile(m_sandbox->markFile()), "expected");
+    QTEST(contentOf(m_sandbox->markFile()), "expected");
 }
 
 void TestOpDialogApply::markFileOfAPageThatIsOff()
@@ -225,7 +225,7 @@ void TestOpDialogApply::markFileOfAPageThatIsOff()
     shown.window.type("lineEdit_title", "T");
     shown.window.switchPage(descriptionPage, false);
     shown.window.press("pushButton_apply");
-    QCOMPARE(readFile(m_sandbox->markFile()),
+    QCOMPARE(contentOf(m_sandbox->markFile()),
              QByteArray(" [ /Creator ( ) \n /Producer ( ) \n /DOCINFO pdfmark"));
 }
 

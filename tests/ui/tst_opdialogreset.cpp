@@ -93,11 +93,11 @@ void TestOpDialogReset::resetAndCancelLeaveTheFile()
 {
     m_sandbox->store("Image/ColorRes", "72");
     m_sandbox->store("Secur/AllowPri", "Ok");
-    const QByteArray before = readFile(m_sandbox->settingsFile());
+    const QByteArray before = contentOf(m_sandbox->settingsFile());
     ShownOptions shown;
     shown.window.press("pushButton_reset");
     shown.window.press("pushButton_cancel");
-    QCOMPARE(readFile(m_sandbox->settingsFile()), before);
+    QCOMPARE(contentOf(m_sandbox->settingsFile()), before);
     QVERIFY(!QFile::exists(m_sandbox->markFile()));
     shown.dialog.show();
     QCOMPARE(shown.window.value("lineEdit_clr_res"), QString("150"));

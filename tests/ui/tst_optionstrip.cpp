@@ -264,7 +264,7 @@ void TestOptionsTrip::everyDescriptionField()
     QCOMPARE(m_sandbox->stored(keyOf(control)), QString("x y"));
     QCOMPARE(program.getOption(), switches);
     QFETCH(QByteArray, line);
-    QVERIFY(readFile(m_sandbox->markFile()).contains(line));
+    QVERIFY(contentOf(m_sandbox->markFile()).contains(line));
     Process later;
     QCOMPARE(allShown(later).value(control), QString("x y"));
 }
@@ -306,7 +306,7 @@ void TestOptionsTrip::randomStates()
                                      text("keywords"), text("creator"), text("producer")};
     const QString mark =
         values.value("Description") == "Ok" ? core::markText(typed) : core::blankMarkText();
-    QCOMPARE(QString::fromUtf8(readFile(m_sandbox->markFile())), mark);
+    QCOMPARE(QString::fromUtf8(contentOf(m_sandbox->markFile())), mark);
 
     Process later;
     Values after = allShown(later);
@@ -339,11 +339,11 @@ void TestOptionsTrip::markArgumentComesWithTheFirstApply()
     QCOMPARE(program.getAnnooption(), QString());
     applyOptions(program, {{"Description", "No"}});
     QCOMPARE(program.getAnnooption(), " \"" + m_sandbox->markFile() + '"');
-    QCOMPARE(readFile(m_sandbox->markFile()),
+    QCOMPARE(contentOf(m_sandbox->markFile()),
              QByteArray(" [ /Creator ( ) \n /Producer ( ) \n /DOCINFO pdfmark"));
     applyOptions(program, {{"Description", "Ok"}, {"lineEdit_title", "T"}});
     QCOMPARE(program.getAnnooption(), " \"" + m_sandbox->markFile() + '"');
-    QVERIFY(readFile(m_sandbox->markFile()).startsWith("[ /Title (T)\n"));
+    QVERIFY(contentOf(m_sandbox->markFile()).startsWith("[ /Title (T)\n"));
 }
 
 // The first file is still at work when the options are applied.

@@ -2,14 +2,6 @@
 
 #include <QJsonDocument>
 
-#include <csignal>
-
-namespace {
-
-constexpr int bound = 10 * 60 * 1000; // ms; only a defect takes that long
-
-}
-
 BatchRun::BatchRun(const QString &program, const QStringList &arguments)
 {
     m_process.start(program, arguments);
@@ -19,9 +11,7 @@ BatchRun::BatchRun(const QString &program, const QStringList &arguments)
 
 void BatchRun::signal(int number) const
 {
-    // One that has ended has no number any more, and 0 would be this process and its group.
-    if (m_process.state() == QProcess::Running)
-        kill(static_cast<pid_t>(m_process.processId()), number);
+    sendSignal(m_process.processId(), number);
 }
 
 void BatchRun::awaitErrors()

@@ -1,5 +1,9 @@
 #pragma once
 
+#include "support/bound.h"
+#include "support/processes.h"
+#include "support/tools.h"
+
 #include <QJsonObject>
 #include <QList>
 #include <QProcess>

@@ -4,7 +4,6 @@
 #include "samples.h"
 
 #include <QDir>
-#include <QProcess>
 
 #include <cmath>
 
@@ -29,15 +28,10 @@ QString numbered(const QString &folder, qsizetype number, const QString &suffix)
 
 bool run(const QString &program, const QStringList &arguments)
 {
-    QProcess process;
-    process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(program, arguments);
-    const bool ended = process.waitForFinished(240'000);
-    const bool succeeded =
-        ended && process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
-    if (!succeeded)
-        qWarning("%s: %s", qPrintable(program), process.readAll().constData());
-    return succeeded;
+    const tools::Result result = tools::run(program, arguments);
+    if (result.status != 0)
+        qWarning("%s: %s", qPrintable(program), (result.output + result.errors).constData());
+    return result.status == 0;
 }
 
 bool runGhostscript(const QString &folder, const QByteArray &program)

@@ -28,9 +28,9 @@ QStringList lineOf(const Bench &bench)
 
 void verifyNothingLeft(const Bench &bench)
 {
-    QTRY_COMPARE_WITH_TIMEOUT(bench.engineCount(), 0, Bench::bound);
-    QCOMPARE(Bench::namesIn(bench.out()), QStringList());
-    QCOMPARE(Bench::namesIn(bench.temporary()), QStringList());
+    QTRY_COMPARE_WITH_TIMEOUT(bench.engineCount(), 0, bound);
+    QCOMPARE(namesIn(bench.out()), QStringList());
+    QCOMPARE(namesIn(bench.temporary()), QStringList());
 }
 
 void verifyFailure(const Run &run, const QByteArray &reason, int status)

@@ -73,7 +73,7 @@ void TestDisks::fullFolder()
         QCOMPARE(run.output.split('\n').last(), QByteArray());
         QVERIFY2(!run.output.contains("a.pdf") && !run.output.contains(".corvgs"), run.output);
         QCOMPARE(run.errors.count("corvgs: "), 1);
-        QCOMPARE(Bench::namesIn(bench.temporary()), QStringList());
+        QCOMPARE(namesIn(bench.temporary()), QStringList());
     }
     Bench bench;
     write(bench.in(u"a.pdf"_s), samplePdf(3, 800));

@@ -104,8 +104,8 @@ void TestEndings::nameTaken()
     verifyFailure(runScript(bench, "rm '" + output + "'; printf theirs >'" + output + '\''),
                   "the name of the copy is taken: " + output, 73);
     QCOMPARE(contentOf(bench.out(u"a.pdf"_s)), QByteArray("theirs"));
-    QCOMPARE(Bench::namesIn(bench.out()), QStringList{u"a.pdf"_s});
-    QCOMPARE(Bench::namesIn(bench.temporary()), QStringList());
+    QCOMPARE(namesIn(bench.out()), QStringList{u"a.pdf"_s});
+    QCOMPARE(namesIn(bench.temporary()), QStringList());
 }
 
 void TestEndings::missingGhostscript()
@@ -165,7 +165,7 @@ void TestEndings::closedWindow()
     process->closeWriteChannel();
     QVERIFY(process->waitForFinished());
     QCOMPARE(process->exitCode(), 0);
-    QCOMPARE(pagesOf(bench.out(u"a.pdf"_s)), 1);
+    QCOMPARE(tools::pages(bench.out(u"a.pdf"_s)), 1);
 }
 
 void TestEndings::closedStandardStreams()
@@ -176,7 +176,7 @@ void TestEndings::closedStandardStreams()
         QStringList{u"-c"_s, u"exec \"$0\" \"$@\" <&- >&- 2>&-"_s, Bench::corvgs()} + lineOf(bench),
         u"/bin/sh"_s);
     QCOMPARE(run.status, 0);
-    QCOMPARE(pagesOf(bench.out(u"a.pdf"_s)), 1);
+    QCOMPARE(tools::pages(bench.out(u"a.pdf"_s)), 1);
 }
 
 void TestEndings::nobodyReadsErrors()
@@ -191,9 +191,7 @@ void TestEndings::nobodyReadsErrors()
     QProcess process;
     process.setProcessEnvironment(bench.environment);
     process.setChildProcessModifier([&] { dup2(ends[1], STDERR_FILENO); });
-    process.start(Bench::corvgs(), lineOf(bench));
-    QVERIFY(process.waitForFinished());
-    QCOMPARE(process.exitCode(), 1);
+    QCOMPARE(tools::run(process, Bench::corvgs(), lineOf(bench)).status, 1);
     for (const int end : ends)
         ::close(end);
 }

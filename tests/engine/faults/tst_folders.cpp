@@ -53,7 +53,7 @@ void TestFolders::strictUmask()
     const auto process = bench.start(
         words + QStringList{Bench::driver(Bench::Confined)} + lineOf(bench), u"/bin/sh"_s);
     QVERIFY(process->waitForReadyRead());
-    const QStringList folders = Bench::namesIn(bench.temporary());
+    const QStringList folders = namesIn(bench.temporary());
     QCOMPARE(folders.size(), 1);
     QCOMPARE(modeOf(bench.temporary() + u'/' + folders.first()), 0700);
     QCOMPARE(modeOf(bench.temporary() + u'/' + folders.first() + "/work"_L1), 0700);
@@ -66,8 +66,8 @@ void TestFolders::strictUmask()
     QCOMPARE(run.status, 0);
     QCOMPARE(modeOf(bench.out(u"a.pdf"_s)), mode);
     QCOMPARE(chmod(qPrintable(bench.out(u"a.pdf"_s)), 0600), 0);
-    QCOMPARE(pagesOf(bench.out(u"a.pdf"_s)), 1);
-    QCOMPARE(Bench::namesIn(bench.temporary()), QStringList());
+    QCOMPARE(tools::pages(bench.out(u"a.pdf"_s)), 1);
+    QCOMPARE(namesIn(bench.temporary()), QStringList());
 }
 
 void TestFolders::missingFolder()
@@ -111,15 +111,12 @@ void TestFolders::folderWithoutAPath()
         if (fchdir(deepest) != 0)
             _exit(99);
     });
-    process.start(Bench::corvgs(), Bench::line(bench.in(u"a.pdf"_s), u"out/a.pdf"_s));
-    QVERIFY(process.waitForFinished());
-    const QByteArray errors = process.readAllStandardError();
-    QVERIFY2(errors.startsWith("corvgs: no path to the output folder out/: "), errors);
-    QCOMPARE(errors.count('\n'), 1);
-    QCOMPARE(process.exitCode(), 1);
+    const Run run =
+        tools::run(process, Bench::corvgs(), Bench::line(bench.in(u"a.pdf"_s), u"out/a.pdf"_s));
+    verifyFailure(run, "corvgs: no path to the output folder out/: ");
     QCOMPARE(unlinkat(deepest, "out", AT_REMOVEDIR), 0); // empty
     ::close(deepest);
-    QCOMPARE(QProcess::execute(u"rm"_s, {u"-r"_s, bench.home(name)}), 0);
+    tools::outputOf(u"rm"_s, {u"-r"_s, bench.home(name)});
 }
 
 void TestFolders::namedDraft()
@@ -133,9 +130,9 @@ void TestFolders::namedDraft()
     const Run run = bench.runWithout(Bench::unnamedFiles, lineOf(bench));
     QCOMPARE(run.errors, QByteArray());
     QCOMPARE(run.status, 0);
-    QCOMPARE(Bench::namesIn(bench.out()), QStringList{u"a.pdf"_s});
-    QCOMPARE(pagesOf(bench.out(u"a.pdf"_s)), 2);
-    QCOMPARE(Bench::namesIn(bench.temporary()), QStringList());
+    QCOMPARE(namesIn(bench.out()), QStringList{u"a.pdf"_s});
+    QCOMPARE(tools::pages(bench.out(u"a.pdf"_s)), 2);
+    QCOMPARE(namesIn(bench.temporary()), QStringList());
 }
 
 // The portable library has none, like some file systems: the draft has a name while it is made.
@@ -148,21 +145,21 @@ void TestFolders::folderWithoutUnnamedFiles()
         bench.setStandin(u"wait"_s);
         const auto process = bench.start(lineOf(bench), driver);
         QVERIFY(process->waitForReadyRead());
-        QCOMPARE(Bench::namesIn(bench.out()).size(), 2);
+        QCOMPARE(namesIn(bench.out()).size(), 2);
         const QStringList engines = bench.engines();
         sendSignal(process->processId(), signal);
         QVERIFY(process->waitForFinished());
         for (const QString &engine : engines) // nothing else ends it on such a system
             sendSignal(engine.toInt(), SIGKILL);
-        QTRY_COMPARE_WITH_TIMEOUT(bench.engineCount(), 0, Bench::bound);
+        QTRY_COMPARE_WITH_TIMEOUT(bench.engineCount(), 0, bound);
     }
-    QCOMPARE(Bench::namesIn(bench.out()).size(), 2);
+    QCOMPARE(namesIn(bench.out()).size(), 2);
     QVERIFY(QFile::remove(bench.out(u"a.pdf"_s)));
     bench.environment.insert(u"DRIVER_GHOSTSCRIPT"_s, Bench::ghostscript());
     QCOMPARE(bench.run(lineOf(bench), driver).status, 0);
-    QCOMPARE(Bench::namesIn(bench.out()), QStringList{u"a.pdf"_s});
-    QCOMPARE(pagesOf(bench.out(u"a.pdf"_s)), 2);
-    QCOMPARE(Bench::namesIn(bench.temporary()), QStringList());
+    QCOMPARE(namesIn(bench.out()), QStringList{u"a.pdf"_s});
+    QCOMPARE(tools::pages(bench.out(u"a.pdf"_s)), 2);
+    QCOMPARE(namesIn(bench.temporary()), QStringList());
 }
 
 QTEST_GUILESS_MAIN(TestFolders)

@@ -32,12 +32,12 @@ void TestLeftovers::afterAKill()
     QVERIFY(process->waitForReadyRead());
     sendSignal(process->processId(), SIGKILL);
     QVERIFY(process->waitForFinished());
-    QTRY_COMPARE_WITH_TIMEOUT(bench.engineCount(), 0, Bench::bound);
-    QCOMPARE(Bench::namesIn(bench.out()), QStringList{u"a.pdf"_s});
+    QTRY_COMPARE_WITH_TIMEOUT(bench.engineCount(), 0, bound);
+    QCOMPARE(namesIn(bench.out()), QStringList{u"a.pdf"_s});
     const Bench other;
     bench.environment.insert(u"TMPDIR"_s, other.temporary());
     QCOMPARE(bench.run(lineOf(bench)).status, 0);
-    QCOMPARE(pagesOf(bench.out(u"a.pdf"_s)), 1);
+    QCOMPARE(tools::pages(bench.out(u"a.pdf"_s)), 1);
 }
 
 void TestLeftovers::leftovers()
@@ -58,8 +58,8 @@ void TestLeftovers::leftovers()
     QVERIFY(QFile::link(bench.home(u"precious"_s), engines.filePath(u"draft"_s)));
 
     QCOMPARE(bench.run(lineOf(bench)).status, 0);
-    QCOMPARE(Bench::namesIn(bench.temporary()), QStringList());
-    QCOMPARE(Bench::namesIn(bench.out()), QStringList{u"a.pdf"_s});
+    QCOMPARE(namesIn(bench.temporary()), QStringList());
+    QCOMPARE(namesIn(bench.out()), QStringList{u"a.pdf"_s});
     QCOMPARE(contentOf(bench.home(u"precious"_s)), QByteArray("mine"));
 }
 
@@ -82,13 +82,13 @@ void TestLeftovers::leftoversOfOthersStay()
     QVERIFY(process->waitForReadyRead());
 
     QCOMPARE(bench.run(lineOf(bench)).status, 0);
-    const QStringList left = Bench::namesIn(bench.temporary());
+    const QStringList left = namesIn(bench.temporary());
     QCOMPARE(left.size(), 3); // the link, the other folder, and the one in use
     QVERIFY(left.contains(u"other"_s));
     QCOMPARE(contentOf(bench.home(u"precious"_s)), QByteArray("mine"));
     process->terminate();
     QVERIFY(process->waitForFinished());
-    QCOMPARE(Bench::namesIn(bench.temporary()).size(), 2);
+    QCOMPARE(namesIn(bench.temporary()).size(), 2);
 }
 
 QTEST_GUILESS_MAIN(TestLeftovers)

@@ -94,11 +94,11 @@ void TestLimits::fewDescriptors()
         bench.run(QStringList{u"--nofile=%1"_s.arg(descriptors), Bench::corvgs()} + lineOf(bench),
                   u"prlimit"_s);
     QVERIFY(run.status >= 0);
-    QTRY_COMPARE_WITH_TIMEOUT(bench.engineCount(), 0, Bench::bound);
-    QCOMPARE(Bench::namesIn(bench.out()).size(), run.status == 0 ? 1 : 0);
-    QVERIFY(Bench::namesIn(bench.temporary()).size() <= 1);
+    QTRY_COMPARE_WITH_TIMEOUT(bench.engineCount(), 0, bound);
+    QCOMPARE(namesIn(bench.out()).size(), run.status == 0 ? 1 : 0);
+    QVERIFY(namesIn(bench.temporary()).size() <= 1);
     QCOMPARE(bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"b.pdf"_s))).status, 0);
-    QCOMPARE(Bench::namesIn(bench.temporary()), QStringList());
+    QCOMPARE(namesIn(bench.temporary()), QStringList());
 }
 
 QTEST_GUILESS_MAIN(TestLimits)

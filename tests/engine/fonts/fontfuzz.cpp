@@ -132,9 +132,10 @@ Shrunk shrunk(const QByteArray &bytes)
 QByteArrayList pictures(const QByteArray &bytes, const QString &file)
 {
     write(file, bytes);
-    return {documents::outputOf(u"pdftoppm"_s, {u"-q"_s, u"-r"_s, u"150"_s, file}),
-            documents::outputOf(u"mutool"_s, {u"draw"_s, u"-q"_s, u"-F"_s, u"ppm"_s, u"-r"_s,
-                                              u"150"_s, u"-o"_s, u"-"_s, file})};
+    return {tools::run(u"pdftoppm"_s, {u"-q"_s, u"-r"_s, u"150"_s, file}).output,
+            tools::run(u"mutool"_s, {u"draw"_s, u"-q"_s, u"-F"_s, u"ppm"_s, u"-r"_s, u"150"_s,
+                                     u"-o"_s, u"-"_s, file})
+                .output};
 }
 
 // Empty if all is well.

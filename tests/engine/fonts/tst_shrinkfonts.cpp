@@ -44,16 +44,17 @@ Shrunk shrunk(const QByteArray &bytes, const engine::FontOptions &options = subs
             std::move(result)};
 }
 
-// What the two readers make of the first page, at 150 dpi, and its text.
+// What the two readers make of the first page, at 150 dpi, and its text; of damaged content, too.
 QByteArrayList seen(const QByteArray &bytes)
 {
     const QTemporaryDir folder;
     const QString file = folder.filePath(u"a.pdf"_s);
     write(file, bytes);
-    return {documents::outputOf(u"pdftoppm"_s, {u"-r"_s, u"150"_s, file}),
-            documents::outputOf(u"mutool"_s, {u"draw"_s, u"-q"_s, u"-F"_s, u"ppm"_s, u"-r"_s,
-                                              u"150"_s, u"-o"_s, u"-"_s, file}),
-            documents::outputOf(u"pdftotext"_s, {file, u"-"_s})};
+    return {tools::run(u"pdftoppm"_s, {u"-r"_s, u"150"_s, file}).output,
+            tools::run(u"mutool"_s, {u"draw"_s, u"-q"_s, u"-F"_s, u"ppm"_s, u"-r"_s, u"150"_s,
+                                     u"-o"_s, u"-"_s, file})
+                .output,
+            tools::run(u"pdftotext"_s, {file, u"-"_s}).output};
 }
 
 bool hasBlack(const QByteArray &picture)

@@ -56,10 +56,10 @@ QList<Picture> drawn(Reader reader, const QByteArray &document)
     const QString input = folder.filePath(u"document.pdf"_s);
     write(input, document);
     if (reader == Reader::Poppler)
-        documents::outputOf(u"pdftoppm"_s, {u"-r"_s, u"72"_s, input, folder.filePath(u"page"_s)});
+        tools::outputOf(u"pdftoppm"_s, {u"-r"_s, u"72"_s, input, folder.filePath(u"page"_s)});
     else
-        documents::outputOf(u"mutool"_s, {u"draw"_s, u"-q"_s, u"-r"_s, u"72"_s, u"-o"_s,
-                                          folder.filePath(u"page%4d.ppm"_s), input});
+        tools::outputOf(u"mutool"_s, {u"draw"_s, u"-q"_s, u"-r"_s, u"72"_s, u"-o"_s,
+                                      folder.filePath(u"page%4d.ppm"_s), input});
     QList<Picture> result;
     for (const QString &name : QDir(folder.path()).entryList({u"*.ppm"_s}, QDir::Files, QDir::Name))
         result << pictureOf(contentOf(folder.filePath(name)));

@@ -5,6 +5,7 @@
 
 #include "engine/pdf/copywriter.h"
 #include "engine/pdf/document.h"
+#include "support/defaultline.h"
 
 #include <QTemporaryDir>
 #include <QTemporaryFile>
@@ -29,13 +30,11 @@ QByteArray ghostscript(const QByteArray &album, const std::vector<std::string> &
     const QString input = folder.filePath(u"album.pdf"_s);
     const QString output = folder.filePath(u"written.pdf"_s);
     write(input, album);
-    QStringList arguments = {
-        u"-q"_s,      u"-dBATCH"_s,           u"-dMaxBitmap=300000000"_s,   u"-dNOPAUSE"_s,
-        u"-dSAFER"_s, u"-sDEVICE=pdfwrite"_s, u"-dCompatibilityLevel=1.4"_s};
+    QStringList arguments = QString(defaultline::base).split(u' ', Qt::SkipEmptyParts);
     for (const std::string &word : engine::albumWords(words))
         arguments << QString::fromStdString(word);
-    documents::outputOf(Bench::ghostscript(),
-                        arguments + QStringList{"-sOutputFile=" + output, u"-f"_s, input});
+    tools::outputOf(Bench::ghostscript(),
+                    arguments + QStringList{"-sOutputFile=" + output, u"-f"_s, input});
     return contentOf(output);
 }
 
@@ -43,15 +42,7 @@ QByteArray ghostscript(const QByteArray &album, const std::vector<std::string> &
 
 std::vector<std::string> words(const QStringList &changes)
 {
-    QStringList result = {
-        u"-dDownsampleColorImages=true"_s,       u"-dColorImageDownsampleType=/Bicubic"_s,
-        u"-dColorImageResolution=150"_s,         u"-dAutoFilterColorImages=false"_s,
-        u"-dColorImageFilter=/DCTEncode"_s,      u"-dGrayImageDownsampleType=/Bicubic"_s,
-        u"-dGrayImageResolution=150"_s,          u"-dAutoFilterGrayImages=false"_s,
-        u"-dGrayImageFilter=/DCTEncode"_s,       u"-dDownsampleMonoImages=true"_s,
-        u"-dMonoImageDownsampleType=/Bicubic"_s, u"-dMonoImageResolution=300"_s,
-        u"-dAutoFilterMonoImages=false"_s,       u"-dMonoImageFilter=/FlateEncode"_s,
-    };
+    QStringList result = QString(defaultline::images).split(u' ', Qt::SkipEmptyParts);
     for (const QString &change : changes) {
         const QString name = change.left(change.indexOf('=') + 1);
         result.removeIf([&](const QString &word) { return word.startsWith(name); });

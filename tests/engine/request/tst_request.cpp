@@ -2,6 +2,7 @@
 #include "engine/ghostscript/outputintent.h"
 #include "engine/request/permissions.h"
 #include "engine/request/request.h"
+#include "support/defaultline.h"
 
 #include <QTest>
 
@@ -9,15 +10,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString base = u"-q -dBATCH -dMaxBitmap=300000000 -dNOPAUSE -dSAFER -sDEVICE=pdfwrite "
-                     "-dCompatibilityLevel=1.4"_s;
-const QString images =
-    u" -dDownsampleColorImages=true -dColorImageDownsampleType=/Bicubic "
-    "-dColorImageResolution=150 -dAutoFilterColorImages=false -dColorImageFilter=/DCTEncode "
-    "-dGrayImageDownsampleType=/Bicubic -dGrayImageResolution=150 -dAutoFilterGrayImages=false "
-    "-dGrayImageFilter=/DCTEncode -dDownsampleMonoImages=true "
-    "-dMonoImageDownsampleType=/Bicubic -dMonoImageResolution=300 -dAutoFilterMonoImages=false "
-    "-dMonoImageFilter=/FlateEncode"_s;
+const QString base = QString(defaultline::base).mid(1);
+const QString images = defaultline::images;
 const QString files = u" -sOutputFile=/out/a.pdf -f /in/a.pdf"_s;
 const QString plannedFiles =
     u" -dAutoRotatePages=/None --permit-file-write=/dev/fd/7 -sOutputFile=/dev/fd/3 -c PROGRESS -f "

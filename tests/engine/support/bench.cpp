@@ -1,37 +1,11 @@
 #include "bench.h"
 
+#include "support/defaultline.h"
+
 #include <QDir>
-#include <QFile>
 #include <QProcess>
 
-#include <csignal>
-
 using namespace Qt::StringLiterals;
-
-namespace {
-
-const char *const defaultSwitches =
-    "-q -dBATCH -dMaxBitmap=300000000 -dNOPAUSE -dSAFER -sDEVICE=pdfwrite "
-    "-dCompatibilityLevel=1.4 -dDownsampleColorImages=true -dColorImageDownsampleType=/Bicubic "
-    "-dColorImageResolution=150 -dAutoFilterColorImages=false -dColorImageFilter=/DCTEncode "
-    "-dGrayImageDownsampleType=/Bicubic -dGrayImageResolution=150 -dAutoFilterGrayImages=false "
-    "-dGrayImageFilter=/DCTEncode -dDownsampleMonoImages=true "
-    "-dMonoImageDownsampleType=/Bicubic -dMonoImageResolution=300 -dAutoFilterMonoImages=false "
-    "-dMonoImageFilter=/FlateEncode -dEmbedAllFonts=true -dCompressFonts=true "
-    "-dSubsetFonts=true";
-
-Run resultOf(QProcess &process)
-{
-    const bool ended = process.waitForFinished(Bench::bound);
-    Run run;
-    if (ended && process.exitStatus() == QProcess::NormalExit)
-        run.status = process.exitCode();
-    run.output = process.readAllStandardOutput();
-    run.errors = process.readAllStandardError();
-    return run;
-}
-
-} // namespace
 
 Bench::Bench()
     : environment(QProcessEnvironment::systemEnvironment())
@@ -93,7 +67,9 @@ QString Bench::standin()
 QStringList Bench::line(const QString &input, const QString &output,
                         const QStringList &moreSwitches, const QString &mark)
 {
-    QStringList words = QString::fromLatin1(defaultSwitches).split(u' ') + moreSwitches;
+    const auto unchanged =
+        QString::fromLatin1(defaultline::base) + defaultline::images + defaultline::fonts;
+    QStringList words = unchanged.split(u' ', Qt::SkipEmptyParts) + moreSwitches;
     if (moreSwitches.filter(u"-dPermissions="_s).isEmpty())
         words << u"-dPermissions=-4"_s;
     words << "-sOutputFile="_L1 + output << u"-f"_s << input;
@@ -105,11 +81,7 @@ QStringList Bench::line(const QString &input, const QString &output,
 Run Bench::run(const QStringList &arguments, const QString &program,
                const QString &workingFolder) const
 {
-    QProcess process;
-    process.setProcessEnvironment(environment);
-    process.setWorkingDirectory(workingFolder);
-    process.start(program, arguments);
-    return resultOf(process);
+    return tools::run(program, arguments, environment, workingFolder);
 }
 
 void Bench::setStandin(const QString &wish)
@@ -139,12 +111,6 @@ std::unique_ptr<QProcess> Bench::start(const QStringList &arguments, const QStri
     return process;
 }
 
-QStringList Bench::namesIn(const QString &folder)
-{
-    return QDir(folder).entryList(
-        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
-}
-
 QStringList Bench::engines() const
 {
     // Only an engine's folder for temporary files lies in ours.
@@ -154,23 +120,4 @@ QStringList Bench::engines() const
         return !contentOf("/proc/"_L1 + process + "/environ"_L1).contains(own);
     });
     return processes;
-}
-
-void sendSignal(qint64 process, int signal)
-{
-    if (process > 0)
-        kill(pid_t(process), signal);
-}
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void write(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        qFatal("cannot write %s", qPrintable(path));
 }

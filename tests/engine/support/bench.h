@@ -1,29 +1,23 @@
 #pragma once
 
-#include <QProcessEnvironment>
-#include <QString>
-#include <QStringList>
+#include "support/bound.h"
+#include "support/files.h"
+#include "support/processes.h"
+#include "support/tools.h"
+
 #include <QTemporaryDir>
 
 #include <memory>
 
 class QProcess;
 
-struct Run
-{
-    int status = -1; ///< exit status; -1 after a crash or when it never ended
-    QByteArray output;
-    QByteArray errors;
-};
+using Run = tools::Result;
 
 /// A place of its own for the runs of corvgs in one test: folders for the originals, for the
 /// copies, for temporary files, and a home.
 class Bench
 {
 public:
-    /// Beyond what a busy machine takes for anything; in ms.
-    static constexpr int bound = 120'000;
-
     enum Confinement { Confined, Unconfined };
 
     /// What a program may have to do without.
@@ -68,9 +62,6 @@ public:
     [[nodiscard]] std::unique_ptr<QProcess> start(const QStringList &arguments,
                                                   const QString &program = corvgs()) const;
 
-    /// Names in a folder, hidden ones too, sorted.
-    static QStringList namesIn(const QString &folder);
-
     /// The numbers of processes that work in our temporary folder, corvgs itself aside.
     [[nodiscard]] QStringList engines() const;
     [[nodiscard]] int engineCount() const { return static_cast<int>(engines().size()); }
@@ -78,9 +69,3 @@ public:
 private:
     QTemporaryDir m_folder;
 };
-
-/// Number 0, which a process has that has ended, would be the whole of the test's process group.
-void sendSignal(qint64 process, int signal);
-
-QByteArray contentOf(const QString &path);
-void write(const QString &path, const QByteArray &content);

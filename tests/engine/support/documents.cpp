@@ -3,7 +3,6 @@
 #include "bench.h"
 #include "samples.h"
 
-#include <QProcess>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 
@@ -104,11 +103,12 @@ QByteArray scan()
                                wanderingStrokes())};
     const QTemporaryDir folder;
     write(folder.filePath(u"raw.pdf"_s), withParts(parts));
-    outputOf(u"gs"_s,
-             {u"-q"_s, u"-dBATCH"_s, u"-dNOPAUSE"_s, u"-sDEVICE=pdfwrite"_s,
-              u"-dAutoFilterMonoImages=false"_s, u"-dMonoImageFilter=/CCITTFaxEncode"_s,
-              u"-dDownsampleMonoImages=false"_s,
-              "-sOutputFile="_L1 + folder.filePath(u"scan.pdf"_s), folder.filePath(u"raw.pdf"_s)});
+    tools::outputOf(u"gs"_s,
+                    {u"-q"_s, u"-dBATCH"_s, u"-dNOPAUSE"_s, u"-sDEVICE=pdfwrite"_s,
+                     u"-dAutoFilterMonoImages=false"_s, u"-dMonoImageFilter=/CCITTFaxEncode"_s,
+                     u"-dDownsampleMonoImages=false"_s,
+                     "-sOutputFile="_L1 + folder.filePath(u"scan.pdf"_s),
+                     folder.filePath(u"raw.pdf"_s)});
     return contentOf(folder.filePath(u"scan.pdf"_s));
 }
 
@@ -141,24 +141,12 @@ QByteArray unreadableForGhostscript()
     return withParts(parts);
 }
 
-QByteArray outputOf(const QString &tool, const QStringList &arguments)
-{
-    QProcess process;
-    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    process.start(tool, arguments);
-    if (!process.waitForFinished(120'000) || process.exitCode() != 0) {
-        qWarning() << tool << arguments << "failed";
-        return {};
-    }
-    return process.readAllStandardOutput();
-}
-
 QByteArray rewritten(const QByteArray &document, const QStringList &qpdfOptions)
 {
     const QTemporaryDir folder;
     write(folder.filePath(u"in.pdf"_s), document);
-    outputOf(u"qpdf"_s, qpdfOptions + QStringList{folder.filePath(u"in.pdf"_s),
-                                                  folder.filePath(u"out.pdf"_s)});
+    tools::outputOf(u"qpdf"_s, qpdfOptions + QStringList{folder.filePath(u"in.pdf"_s),
+                                                         folder.filePath(u"out.pdf"_s)});
     return contentOf(folder.filePath(u"out.pdf"_s));
 }
 

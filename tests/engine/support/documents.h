@@ -42,9 +42,6 @@ QByteArray ligature();
 /// A document that libqpdf reads without complaint, and Ghostscript not at all.
 QByteArray unreadableForGhostscript();
 
-/// The output of a tool; empty, with a warning, if it can't be run or fails.
-QByteArray outputOf(const QString &tool, const QStringList &arguments);
-
 /// The document after qpdf has been at it.
 QByteArray rewritten(const QByteArray &document, const QStringList &qpdfOptions);
 

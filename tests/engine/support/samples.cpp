@@ -1,9 +1,6 @@
 #include "samples.h"
 
-#include <QProcess>
 #include <QRandomGenerator>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -63,13 +60,4 @@ QByteArray pdfOf(const QList<QByteArray> &objects)
     const QByteArray count = QByteArray::number(objects.size() + 1);
     return file + "xref\n0 " + count + "\n" + table + "trailer << /Root 1 0 R /Size " + count +
            " >>\nstartxref\n" + QByteArray::number(file.size()) + "\n%%EOF\n";
-}
-
-int pagesOf(const QString &path, const QString &password)
-{
-    QProcess reader;
-    reader.start(u"qpdf"_s, {"--password="_L1 + password, u"--show-npages"_s, path});
-    if (!reader.waitForFinished() || reader.exitCode() != 0)
-        return -1;
-    return reader.readAllStandardOutput().trimmed().toInt();
 }

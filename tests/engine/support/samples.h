@@ -13,6 +13,3 @@ QByteArray pdfStream(const QByteArray &entries, const QByteArray &data);
 
 /// A PDF file whose objects are the given ones, numbered from 1; the first is the catalogue.
 QByteArray pdfOf(const QList<QByteArray> &objects);
-
-/// The number of pages that an independent reader finds; -1 if it can't read the file.
-int pagesOf(const QString &path, const QString &password = {});

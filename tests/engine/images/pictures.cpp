@@ -12,6 +12,16 @@ namespace pictures {
 
 namespace {
 
+struct Picture
+{
+    int width = 0;
+    int height = 0;
+    QByteArray samples; // three bytes a pixel
+};
+
+enum class Reader { Poppler, Mutool };
+
+constexpr double everything = 256;
 constexpr int square = 8;
 constexpr int channels = 3;
 
@@ -36,7 +46,7 @@ double meanOf(const Picture &picture, int left, int top, int channel)
 double difference(const Picture &one, const Picture &other)
 {
     if (one.width != other.width || one.height != other.height)
-        return 256;
+        return everything;
     double worst = 0;
     for (int y = 0; y < one.height; y += square) {
         for (int x = 0; x < one.width; x += square) {
@@ -47,8 +57,6 @@ double difference(const Picture &one, const Picture &other)
     }
     return worst;
 }
-
-} // namespace
 
 QList<Picture> drawn(Reader reader, const QByteArray &document)
 {
@@ -66,16 +74,6 @@ QList<Picture> drawn(Reader reader, const QByteArray &document)
     return result;
 }
 
-double difference(const QList<Picture> &some, const QList<Picture> &others)
-{
-    if (some.isEmpty() || some.size() != others.size())
-        return 256;
-    double worst = 0;
-    for (int index = 0; index < some.size(); ++index)
-        worst = qMax(worst, difference(some[index], others[index]));
-    return worst;
-}
-
 bool isPlain(const Picture &picture)
 {
     for (qsizetype index = channels; index < picture.samples.size(); ++index) {
@@ -83,6 +81,22 @@ bool isPlain(const Picture &picture)
             return false;
     }
     return true;
+}
+
+} // namespace
+
+double difference(const QByteArray &document, const QByteArray &original)
+{
+    double worst = 0;
+    for (const Reader reader : {Reader::Poppler, Reader::Mutool}) {
+        const auto expected = drawn(reader, original);
+        const auto pages = drawn(reader, document);
+        if (isPlain(expected.value(0)) || pages.size() != expected.size())
+            return everything;
+        for (int page = 0; page < pages.size(); ++page)
+            worst = qMax(worst, difference(pages[page], expected[page]));
+    }
+    return worst;
 }
 
 } // namespace pictures

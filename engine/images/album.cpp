@@ -3,12 +3,13 @@
 #include "pdf/copywriter.h"
 #include "pdf/foreign.h"
 #include "samples.h"
+#include "system/lines.h"
 #include "system/progress.h"
 
+#include <cmath>
 #include <cstdio>
 #include <qpdf/QPDFObjectHandle.hh>
 #include <qpdf/QUtil.hh>
-#include <sstream>
 
 namespace engine {
 
@@ -131,6 +132,23 @@ bool isInAlbum(Treatment treatment)
     return treatment == Treatment::Ghostscript || treatment == Treatment::Pixels;
 }
 
+std::string lineOf(const AlbumPage &page)
+{
+    char line[64];
+    const int size = std::snprintf(line, sizeof line, "%d %.17g\n", page.object, page.dpi);
+    return {line, std::size_t(size)};
+}
+
+std::optional<AlbumPage> pageOf(const std::string &line)
+{
+    AlbumPage page;
+    const int read = std::sscanf(line.c_str(), "%d %lf", &page.object, &page.dpi);
+    if (read != 2 || page.object < 0 || !(page.dpi > 0) || !std::isfinite(page.dpi) ||
+        lineOf(page) != line + '\n')
+        return {};
+    return page;
+}
+
 } // namespace
 
 AlbumIndex writeAlbum(QPDF &document, const std::vector<SurveyedImage> &images,
@@ -158,28 +176,14 @@ AlbumIndex writeAlbum(QPDF &document, const std::vector<SurveyedImage> &images,
 std::string linesOf(const AlbumIndex &index)
 {
     std::string lines;
-    for (const AlbumPage &page : index) {
-        char line[64];
-        std::snprintf(line, sizeof line, "%d %.17g\n", page.object, page.dpi);
-        lines += line;
-    }
+    for (const AlbumPage &page : index)
+        lines += lineOf(page);
     return lines;
 }
 
 std::optional<AlbumIndex> albumIndexOf(const std::string &lines)
 {
-    AlbumIndex index;
-    std::istringstream stream(lines);
-    for (std::string line; std::getline(stream, line);) {
-        AlbumPage page;
-        int end = 0;
-        const int read = std::sscanf(line.c_str(), "%d %lf%n", &page.object, &page.dpi, &end);
-        const bool isWhole = !stream.eof() && read == 2 && std::size_t(end) == line.size();
-        if (!isWhole || page.object < 0 || !(page.dpi > 0))
-            return {};
-        index.push_back(page);
-    }
-    return index;
+    return readLines(lines, pageOf);
 }
 
 } // namespace engine

@@ -1,8 +1,9 @@
 #include "pageview.h"
 
+#include "system/lines.h"
+
 #include <cmath>
 #include <cstdio>
-#include <sstream>
 
 namespace engine {
 
@@ -29,11 +30,10 @@ bool isSensible(const PageView &view)
 std::optional<PageView> viewOf(const std::string &line)
 {
     PageView view;
-    int end = 0;
     const int read =
-        std::sscanf(line.c_str(), "page %d %d %lf %lf %lf %lf%n", &view.page, &view.rotation,
-                    &view.crop.left, &view.crop.bottom, &view.crop.right, &view.crop.top, &end);
-    if (read != 6 || std::size_t(end) != line.size() || !isSensible(view))
+        std::sscanf(line.c_str(), "page %d %d %lf %lf %lf %lf", &view.page, &view.rotation,
+                    &view.crop.left, &view.crop.bottom, &view.crop.right, &view.crop.top);
+    if (read != 6 || !isSensible(view) || lineOf(view) != line + '\n')
         return {};
     return view;
 }
@@ -50,17 +50,7 @@ std::string linesOf(const std::vector<PageView> &views)
 
 std::optional<std::vector<PageView>> viewsOf(const std::string &lines)
 {
-    if (!lines.empty() && lines.back() != '\n')
-        return {};
-    std::vector<PageView> views;
-    std::istringstream stream(lines);
-    for (std::string line; std::getline(stream, line);) {
-        const auto view = viewOf(line);
-        if (!view)
-            return {};
-        views.push_back(*view);
-    }
-    return views;
+    return readLines(lines, viewOf);
 }
 
 } // namespace engine

@@ -1,8 +1,9 @@
 #include "touched.h"
 
+#include "system/lines.h"
+
 #include <cmath>
 #include <cstdio>
-#include <sstream>
 
 namespace engine {
 
@@ -50,17 +51,7 @@ std::string linesOf(const std::vector<TouchedPart> &parts)
 
 std::optional<std::vector<TouchedPart>> partsOf(const std::string &lines)
 {
-    if (!lines.empty() && lines.back() != '\n')
-        return {};
-    std::vector<TouchedPart> parts;
-    std::istringstream stream(lines);
-    for (std::string line; std::getline(stream, line);) {
-        const auto part = partOf(line);
-        if (!part)
-            return {};
-        parts.push_back(*part);
-    }
-    return parts;
+    return readLines(lines, partOf);
 }
 
 } // namespace engine

@@ -28,6 +28,8 @@ std::optional<Facts> factsOf(const std::string &lines)
             return {};
         facts[line.substr(0, equals)] = value;
     }
+    if (linesOf(facts) != lines)
+        return {};
     return facts;
 }
 

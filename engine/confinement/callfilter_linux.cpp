@@ -1,5 +1,7 @@
 #include "callfilter_linux.h"
 
+#include "sanitizer.h"
+
 #include <cerrno>
 #include <cstdint>
 #include <fcntl.h>
@@ -8,6 +10,7 @@
 #include <seccomp.h>
 #include <sys/ioctl.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <unistd.h>
 #include <vector>
 
@@ -98,8 +101,6 @@ std::vector<Condition> deniedArguments()
         {"ioctl", isCommand(TIOCLINUX)},
         // other processes' limits
         {"prlimit64", argument(0, SCMP_CMP_NE, 0)},
-        // new limits of its own
-        {"prlimit64", argument(2, SCMP_CMP_NE, 0)},
         // the signal that its end with corvgs sends, and everything else but the name of a thread
         {"prctl", argument(0, SCMP_CMP_LT, PR_SET_NAME)},
         {"prctl", argument(0, SCMP_CMP_GT, PR_GET_NAME)},
@@ -168,12 +169,15 @@ bool startsPrograms(const AccessPolicy &policy)
     return policy.program >= 0 || policy.morePrograms;
 }
 
-// The sanitizer takes more calls than the program does.
-#ifdef __SANITIZE_ADDRESS__
-constexpr bool hasSanitizer = true;
-#else
-constexpr bool hasSanitizer = false;
-#endif
+// New limits of its own. With the sanitizer, that of memory can be set only after the filter is
+// made; it can't be raised either.
+bool denyLimits(const Filter &filter)
+{
+    std::vector<scmp_arg_cmp> arguments = {argument(2, SCMP_CMP_NE, 0)};
+    if (hasSanitizer)
+        arguments.push_back(argument(1, SCMP_CMP_NE, RLIMIT_AS));
+    return deny(filter, "prlimit64", arguments);
+}
 
 bool load(const AccessPolicy &policy)
 {
@@ -190,6 +194,8 @@ bool load(const AccessPolicy &policy)
         if (!deny(filter, denied.call, {denied.argument}))
             return false;
     }
+    if (!denyLimits(filter))
+        return false;
     if (!policy.morePrograms &&
         (!denyProcesses(filter) || !denyOtherPrograms(filter, policy.program)))
         return false;

@@ -1,5 +1,7 @@
 #include "memorylimit.h"
 
+#include "sanitizer.h"
+
 #include <sys/resource.h>
 
 namespace engine {
@@ -10,13 +12,10 @@ void limitMemory(std::uintmax_t bytes)
     setrlimit(RLIMIT_AS, &limit);
 }
 
-#ifdef __SANITIZE_ADDRESS__
-void limitOwnMemory(std::uintmax_t) {}
-#else
 void limitOwnMemory(std::uintmax_t bytes)
 {
-    limitMemory(bytes);
+    if (!hasSanitizer)
+        limitMemory(bytes);
 }
-#endif
 
 } // namespace engine

@@ -1,6 +1,7 @@
 #include "program.h"
 
 #include "confinement/memorylimit.h"
+#include "confinement/sanitizer.h"
 #include "ghostscript/installation.h"
 #include "process/channels.h"
 #include "system/failure.h"
@@ -74,8 +75,10 @@ int becomeProgram(const AccessPolicy &policy, const std::string &path,
     for (std::string &word : words)
         argv.push_back(word.data());
     argv.push_back(nullptr);
-    limitMemory(memory);
+    limitOwnMemory(memory);
     confine(policy);
+    if (hasSanitizer) // which needs memory until here
+        limitMemory(memory);
     platform::execute(policy.program, path, argv.data());
     std::fprintf(stderr, "corvgs: %s: %s\n", path.c_str(), std::strerror(errno));
     return notStarted;

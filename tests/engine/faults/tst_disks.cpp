@@ -45,7 +45,8 @@ void TestDisks::fillingTheDisk()
     const Run run = runOnTinyDisk(bench, u"size=64m"_s, inOutput ? bench.out() : bench.temporary(),
                                   Bench::driver(Bench::Confined));
     verifyFailure(run, "Ghostscript was about to fill the disk");
-    QCOMPARE(run.output, QByteArray("ready\n")); // of the stand-in; nothing is left on the disk
+    // The stand-in says that it is ready, if it gets so far; nothing is left on the disk.
+    QCOMPARE(QByteArray(run.output).replace("ready\n", ""), QByteArray());
     verifyNothingLeft(bench);
 }
 

@@ -253,7 +253,7 @@ void TestPdfa::bilevelAsKept()
                               "-dMonoImageFilter=/"_L1 + filter);
         const Run run = bench.run(line);
         QVERIFY2(run.status == 0, run.errors);
-        documents::outputOf(u"pdfimages"_s, {copy, bench.temporary() + u"/image"_s});
+        tools::outputOf(u"pdfimages"_s, {copy, bench.temporary() + u"/image"_s});
         pixels << contentOf(bench.temporary() + u"/image-000.pbm"_s);
         if (filter == "JBIG2Encode")
             QVERIFY(contentOf(copy).contains("/JBIG2Decode"));

@@ -62,7 +62,7 @@ QByteArray nothingAmongThePages()
 
 QByteArray textOf(const QString &path, const QStringList &options = {})
 {
-    return documents::outputOf(u"pdftotext"_s, options + QStringList{path, u"-"_s}).simplified();
+    return tools::outputOf(u"pdftotext"_s, options + QStringList{path, u"-"_s}).simplified();
 }
 
 } // namespace
@@ -113,8 +113,8 @@ void TestUnopened::writtenAnew()
     const QByteArray copy = contentOf(bench.out(u"a.pdf"_s));
     QVERIFY(copy.size() < original.size());
     QCOMPARE(textOf(bench.out(u"a.pdf"_s)), QByteArray("A line of text"));
-    documents::outputOf(u"qpdf"_s, {u"--check"_s, bench.out(u"a.pdf"_s)});
-    QCOMPARE(pagesOf(bench.out(u"a.pdf"_s)), 1);
+    tools::outputOf(u"qpdf"_s, {u"--check"_s, bench.out(u"a.pdf"_s)});
+    QCOMPARE(tools::pages(bench.out(u"a.pdf"_s)), 1);
 }
 
 void TestUnopened::password()
@@ -123,7 +123,7 @@ void TestUnopened::password()
     QCOMPARE(
         copyOf(bench, tooDeepTrailer(), {u"-sUserPassword=u"_s, u"-sOwnerPassword=o"_s}).status, 0);
     QVERIFY(contentOf(bench.out(u"a.pdf"_s)).contains("/Encrypt"));
-    QCOMPARE(pagesOf(bench.out(u"a.pdf"_s)), -1);
+    QCOMPARE(tools::pages(bench.out(u"a.pdf"_s)), -1);
     QCOMPARE(textOf(bench.out(u"a.pdf"_s), {u"-upw"_s, u"u"_s}), QByteArray("A line of text"));
 }
 
@@ -135,7 +135,7 @@ void TestUnopened::description()
     QCOMPARE(bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), {}, bench.mark()))
                  .status,
              0);
-    const QByteArray info = documents::outputOf(u"pdfinfo"_s, {bench.out(u"a.pdf"_s)});
+    const QByteArray info = tools::outputOf(u"pdfinfo"_s, {bench.out(u"a.pdf"_s)});
     QVERIFY2(info.contains("Minutes"), info);
     QVERIFY2(!info.contains("Ghostscript"), info);
 }
@@ -198,7 +198,7 @@ void TestUnopened::refused()
     const Run run = copyOf(bench, original);
     QVERIFY(run.status > 0);
     QVERIFY2(run.errors.contains(reason), run.errors);
-    QCOMPARE(Bench::namesIn(bench.out()), QStringList());
+    QCOMPARE(namesIn(bench.out()), QStringList());
 }
 
 // The driver has none.
@@ -208,7 +208,7 @@ void TestUnopened::withoutReader()
     const Run run = copyOf(bench, tooDeepTrailer(), {}, Bench::driver(Bench::Confined));
     QVERIFY(run.status > 0);
     QVERIFY2(run.errors.contains("unable to find trailer"), run.errors);
-    QCOMPARE(Bench::namesIn(bench.out()), QStringList());
+    QCOMPARE(namesIn(bench.out()), QStringList());
 }
 
 QTEST_GUILESS_MAIN(TestUnopened)

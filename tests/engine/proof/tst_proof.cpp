@@ -338,10 +338,10 @@ void TestProof::soundRewriting()
     parts.content = content;
     const QByteArray original = documents::withParts(parts);
     write(bench.in("a.pdf"), original);
-    documents::outputOf(Bench::ghostscript(),
-                        {"-q", "-dBATCH", "-dNOPAUSE", "-sDEVICE=pdfwrite",
-                         "-sColorConversionStrategy=RGB", "-sOutputFile=" + bench.out("a.pdf"),
-                         bench.in("a.pdf")});
+    tools::outputOf(Bench::ghostscript(),
+                    {"-q", "-dBATCH", "-dNOPAUSE", "-sDEVICE=pdfwrite",
+                     "-sColorConversionStrategy=RGB", "-sOutputFile=" + bench.out("a.pdf"),
+                     bench.in("a.pdf")});
     const QByteArray copy = contentOf(bench.out("a.pdf"));
     QVERIFY(!copy.isEmpty());
     QVERIFY(prove(copy, original, {font(5)}, settings(), {}, Likeness::Rewritten).isSound());

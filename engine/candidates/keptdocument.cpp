@@ -80,12 +80,12 @@ ObjectStreamFacts objectStreamFacts(Document &document, const LosslessOptions &o
             .standard = options.standard};
 }
 
-// Few objects don't pay for a stream, which is found out where that is quick.
+// Few objects don't pay for a stream.
 std::uintmax_t writeSmallest(QPDF &document, const DraftOrder &order, WriteOptions options)
 {
-    constexpr std::uintmax_t quick = std::uintmax_t(1) << 18;
+    constexpr std::size_t few = 200;
     const std::uintmax_t size = writeCopy(document, order.draft, options);
-    if (!options.newObjectStreams || size > quick)
+    if (!options.newObjectStreams || document.getObjectCount() > few)
         return size;
     options.newObjectStreams = false;
     return copySize(document, options) <= size ? writeCopy(document, order.draft, options) : size;

@@ -38,6 +38,20 @@ TakenImages imagesTaken(QPDF &document, const DraftOrder &order)
                       order.excluded);
 }
 
+struct SmallerParts
+{
+    TakenImages images;
+    FontResult fonts;
+};
+
+SmallerParts makePartsSmaller(QPDF &document, const DraftOrder &order)
+{
+    SmallerParts parts;
+    parts.images = imagesTaken(document, order);
+    parts.fonts = shrinkFonts(document, order.fonts, order.excluded);
+    return parts;
+}
+
 int objectsIn(const std::vector<TouchedPart> &parts)
 {
     std::set<int> objects;
@@ -50,15 +64,8 @@ int objectsIn(const std::vector<TouchedPart> &parts)
 std::vector<TouchedPart> wholePages(QPDF &document)
 {
     std::vector<TouchedPart> parts;
-    for (const PageView &view : pageViewsOf(document)) {
-        parts.push_back({.kind = PartKind::Font,
-                         .object = everything,
-                         .page = view.page,
-                         .left = view.crop.left,
-                         .bottom = view.crop.bottom,
-                         .right = view.crop.right,
-                         .top = view.crop.top});
-    }
+    for (const PageView &view : pageViewsOf(document))
+        parts.push_back(wholePage(PartKind::Font, everything, view));
     return parts;
 }
 
@@ -121,27 +128,20 @@ DraftReport makeDraft(const DraftOrder &order)
     writing.leastSize = order.leastSize;
 
     DraftReport report;
-    std::vector<TouchedPart> touched;
-    if (order.withParts) {
-        const TakenImages images = imagesTaken(pdf, order);
-        if (images.jbig2)
-            writing.leastVersion = "1.4";
-        const FontResult fonts = shrinkFonts(pdf, order.fonts, order.excluded);
-        report.images = objectsIn(images.touched);
-        report.fonts = objectsIn(fonts.touched);
-        touched = images.touched;
-        touched.insert(touched.end(), fonts.touched.begin(), fonts.touched.end());
-    }
+    SmallerParts parts;
+    if (order.withParts)
+        parts = makePartsSmaller(pdf, order);
+    if (parts.images.jbig2)
+        writing.leastVersion = "1.4";
     if (order.withPieces)
         applyPieces(pdf, lossless);
+    report.images = objectsIn(parts.images.touched);
+    report.fonts = objectsIn(parts.fonts.touched);
     report.described = applyChanges(pdf, order.description);
     report.isRestricted = pdf.isEncrypted();
     report.damaged = !document->isSound();
-    if (report.damaged) {
-        const auto pages = wholePages(pdf);
-        touched.insert(touched.end(), pages.begin(), pages.end());
-    }
-    setContent(order.touched, linesOf(touched));
+    setContent(order.touched, linesOf(parts.images.touched) + linesOf(parts.fonts.touched) +
+                                  (report.damaged ? linesOf(wholePages(pdf)) : std::string()));
     report.size = writeSmallest(pdf, order, writing);
     return report;
 }

@@ -41,6 +41,12 @@ std::optional<TouchedPart> partOf(const std::string &line)
 
 } // namespace
 
+TouchedPart wholePage(PartKind kind, int object, const PageView &view)
+{
+    return {kind,         object, view.page, view.crop.left, view.crop.bottom, view.crop.right,
+            view.crop.top};
+}
+
 std::string linesOf(const std::vector<TouchedPart> &parts)
 {
     std::string lines;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "pageview.h"
+
 #include <optional>
 #include <string>
 #include <vector>
@@ -18,6 +20,9 @@ struct TouchedPart
     /// In points, unrotated, before the crop is taken off; the whole page for fonts.
     double left = 0, bottom = 0, right = 0, top = 0;
 };
+
+/// A part that may change all that a page shows.
+TouchedPart wholePage(PartKind kind, int object, const PageView &view);
 
 /// One line for each part, to be passed from one confined process to another.
 std::string linesOf(const std::vector<TouchedPart> &parts);

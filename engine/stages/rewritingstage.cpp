@@ -45,15 +45,8 @@ std::vector<TouchedPart> pagesAsParts(const std::vector<PageView> &views)
 {
     std::vector<TouchedPart> parts;
     parts.reserve(views.size());
-    for (const PageView &view : views) {
-        parts.push_back({.kind = PartKind::Image,
-                         .object = view.page + 1,
-                         .page = view.page,
-                         .left = view.crop.left,
-                         .bottom = view.crop.bottom,
-                         .right = view.crop.right,
-                         .top = view.crop.top});
-    }
+    for (const PageView &view : views)
+        parts.push_back(wholePage(PartKind::Image, view.page + 1, view));
     return parts;
 }
 

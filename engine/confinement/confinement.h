@@ -5,7 +5,7 @@
 
 namespace engine {
 
-/// All that a confined process can policy. What doesn't exist is left out.
+/// All that a confined process can reach. What doesn't exist is left out.
 struct AccessPolicy
 {
     std::vector<std::string> readable;        ///< files, and folders with all below them

@@ -9,8 +9,8 @@
 
 namespace engine {
 
-/// The images of the document on an album, and what Ghostscript makes of it and of the document
-/// information mark, whose values it refuses or not.
+/// The images of the document on an album, and what Ghostscript makes of it. Ghostscript also reads
+/// the document information mark, because it alone knows which values are valid.
 class AlbumStage
 {
 public:

@@ -39,7 +39,7 @@ bool endedWell(const ChildResult &result)
 
 } // namespace
 
-AlbumStage::AlbumStage(const Run &run, ImageOptions images)
+AlbumStage::AlbumStage(const Run &run, const ImageOptions &images)
     : m_run(run)
     , m_images(images)
     , m_album(run.newFile())

@@ -15,7 +15,7 @@ class AlbumStage
 {
 public:
     /// The images are those that the options make smaller.
-    AlbumStage(const Run &run, ImageOptions images);
+    AlbumStage(const Run &run, const ImageOptions &images);
 
     /// Looks into the document. Returns why libqpdf can't open it; empty if it can. Throws a
     /// Failure if it takes a password, or has no pages.

@@ -134,15 +134,15 @@ private:
     // Padding is what lies between the root and the instruction that closes the packet.
     void cutPadding()
     {
-        const std::size_t end = m_packet.find_first_not_of(" \t\r\n", m_rootEnd);
-        if (end != std::string::npos && end > m_rootEnd + 1 &&
-            m_packet.compare(end, 9, "<?xpacket") == 0)
-            m_ranges.push_back({m_rootEnd + 1, end});
+        const std::size_t instruction = m_packet.find_first_not_of(" \t\r\n", m_rootEnd);
+        if (instruction != std::string::npos && instruction > m_rootEnd + 1 &&
+            m_packet.compare(instruction, 9, "<?xpacket") == 0)
+            m_ranges.push_back({m_rootEnd + 1, instruction});
     }
 
     [[nodiscard]] bool isUnwanted(const std::string &name) const
     {
-        return std::any_of(std::begin(properties), std::end(properties),
+        return std::any_of(std::begin(properties), std::instruction(properties),
                            [&](const Property &property) {
                                return name == property.name &&
                                       (!property.isHistory || m_history == History::Dropped);

@@ -142,7 +142,7 @@ private:
 
     [[nodiscard]] bool isUnwanted(const std::string &name) const
     {
-        return std::any_of(std::begin(properties), std::instruction(properties),
+        return std::any_of(std::begin(properties), std::end(properties),
                            [&](const Property &property) {
                                return name == property.name &&
                                       (!property.isHistory || m_history == History::Dropped);

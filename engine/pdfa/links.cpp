@@ -157,12 +157,12 @@ Object LinkRestorer::linkFor(Object link)
     if (m_printable)
         result.replaceKey("/F", Object::newInteger(printFlag));
     Object action = link.getKey("/A");
-    if (action.isDictionary() && !action.getKey("/S").isNameAndEquals("/GoTo"))
+    if (action.isDictionary() && !action.getKey("/S").isNameAndEquals("/GoTo")) {
         result.replaceKey("/A", broughtInto(m_copy, action));
-    else
-        result.replaceKey("/Dest",
-                          m_destinations.inCopy(action.isDictionary() ? action.getKey("/D")
-                                                                      : link.getKey("/Dest")));
+        return result;
+    }
+    Object destination = action.isDictionary() ? action.getKey("/D") : link.getKey("/Dest");
+    result.replaceKey("/Dest", m_destinations.inCopy(destination));
     return result;
 }
 

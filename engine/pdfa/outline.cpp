@@ -88,13 +88,13 @@ private:
         made.replaceKey("/Parent", parent);
         for (const char *key : {"/Title", "/C", "/F"})
             made.replaceKey(key, broughtInto(m_copy, entry.getKey(key)));
-        const Object action = entry.getKey("/A");
-        if (!isOf(action, "/URI"))
-            made.replaceKey("/Dest", m_destinations.inCopy(isOf(action, "/GoTo")
-                                                               ? Object(action).getKey("/D")
-                                                               : entry.getKey("/Dest")));
-        else
+        Object action = entry.getKey("/A");
+        if (isOf(action, "/URI")) {
             made.replaceKey("/A", broughtInto(m_copy, action));
+            return made;
+        }
+        Object destination = isOf(action, "/GoTo") ? action.getKey("/D") : entry.getKey("/Dest");
+        made.replaceKey("/Dest", m_destinations.inCopy(destination));
         return made;
     }
 

@@ -6,7 +6,6 @@
 #include "pdf/touched.h"
 #include "process/channels.h"
 #include "system/failure.h"
-#include "system/filesize.h"
 #include "system/wholefile.h"
 
 #include <utility>
@@ -67,10 +66,8 @@ std::string AlbumStage::survey()
         .parts = touchedChannel,
         .images = m_images,
     };
-    const auto work = [order] { return factsOf(surveyDocument(order)); };
-    const auto number = m_run.children.start(
-        confinedTask(files, sizeOf(m_run.document), m_run.settings.limits, work));
-    const ChildResult result = m_run.children.wait(number);
+    const ChildResult result =
+        runConfined(m_run, files, [order] { return factsOf(surveyDocument(order)); });
     std::string objection = objectionIn(result, m_run.request.input);
     if (objection.find("invalid password") != std::string::npos)
         throw Failure(m_run.request.input + ": it takes a password to open the document");

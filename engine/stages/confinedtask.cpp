@@ -57,10 +57,8 @@ std::uintmax_t bytesIn(const std::vector<std::pair<int, int>> &files)
     return bytes;
 }
 
-} // namespace
-
-ChildTask confinedTask(const ConfinedFiles &files, std::uintmax_t documentSize,
-                       const Limits &limits, std::function<Facts()> work)
+ChildTask taskOf(const ConfinedFiles &files, std::uintmax_t documentSize, const Limits &limits,
+                 std::function<Facts()> work)
 {
     ChildTask task;
     task.channels = files.readable;
@@ -73,6 +71,14 @@ ChildTask confinedTask(const ConfinedFiles &files, std::uintmax_t documentSize,
     for (const auto &[channel, descriptor] : files.writable)
         task.disks.push_back(descriptor);
     return task;
+}
+
+} // namespace
+
+ChildResult runConfined(const Run &run, const ConfinedFiles &files, std::function<Facts()> work)
+{
+    return run.children.wait(run.children.start(
+        taskOf(files, sizeOf(run.document), run.settings.limits, std::move(work))));
 }
 
 Failure crashOver(const std::string &document)
@@ -101,6 +107,11 @@ Facts answerOf(const ChildResult &result, const std::string &document)
     if (!answer)
         throw crashOver(document);
     return *answer;
+}
+
+Facts factsFrom(const Run &run, const ConfinedFiles &files, std::function<Facts()> work)
+{
+    return answerOf(runConfined(run, files, std::move(work)), run.request.input);
 }
 
 std::uintmax_t sizeIn(const Facts &facts, int file)

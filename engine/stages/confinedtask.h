@@ -1,7 +1,7 @@
 #pragma once
 
 #include "facts.h"
-#include "process/child.h"
+#include "run.h"
 #include "system/failure.h"
 
 #include <functional>
@@ -18,15 +18,17 @@ struct ConfinedFiles
     std::vector<std::pair<int, int>> writable;
 };
 
-/// A child that does this work on documents, in a process that can reach these files, neither
-/// anything else nor corvgs, because a document may be made to break its reader. It answers with
-/// facts; an exception is an objection.
-ChildTask confinedTask(const ConfinedFiles &files, std::uintmax_t documentSize,
-                       const Limits &limits, std::function<Facts()> work);
+/// Does this work on the run's document in a child that can reach these files, neither anything
+/// else nor corvgs, because a document may be made to break its reader; waits for it to end. It
+/// answers with facts; an exception is an objection.
+ChildResult runConfined(const Run &run, const ConfinedFiles &files, std::function<Facts()> work);
 
-/// What the child found out. Throws a Failure that begins with the name of the document if it had
-/// something to object, or did not end well.
+/// What such a child found out. Throws a Failure that begins with the name of the document if it
+/// had something to object, or did not end well.
 Facts answerOf(const ChildResult &result, const std::string &document);
+
+/// Both in one.
+Facts factsFrom(const Run &run, const ConfinedFiles &files, std::function<Facts()> work);
 
 /// The failure of a run whose child ended without a usable answer.
 Failure crashOver(const std::string &document);

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "albumstage.h"
 #include "candidates/choice.h"
+#include "draftfiles.h"
 
 #include <set>
-#include <string>
+#include <vector>
 
 namespace engine {
 
@@ -33,28 +33,24 @@ public:
     /// Whether the line asks for passwords, or for a description that says something.
     [[nodiscard]] bool changesMuch() const;
 
-    /// The draft becomes the copy, with its passwords; or the original does, byte for byte.
+    /// The draft becomes the copy, with its passwords.
     void finish();
-    void takeOriginal();
 
-    [[nodiscard]] int file() const { return m_file.get(); }
+    [[nodiscard]] int file() const { return m_files.draft(); }
 
     /// The parts that were made smaller. Throws a Failure if the draft was not made well.
-    [[nodiscard]] std::vector<TouchedPart> touched() const;
+    [[nodiscard]] std::vector<TouchedPart> touched() const { return m_files.touched(); }
     [[nodiscard]] const DraftReport &report() const { return m_report; }
 
 private:
     // Whether the copy is what was proven, byte for byte.
     [[nodiscard]] bool isFinished() const;
-    void writeFinished();
 
     [[nodiscard]] DraftOrder orderFor(Effort effort, const std::set<int> &excluded) const;
 
     const Run &m_run;
-    const AlbumStage &m_album;
     DescriptionChanges m_description;
-    Descriptor m_file;
-    Descriptor m_touched;
+    DraftFiles m_files;
     DraftReport m_report;
 };
 

@@ -2,6 +2,7 @@
 
 #include "albumstage.h"
 #include "draftstage.h"
+#include "finishedcopy.h"
 #include "proofsettings.h"
 #include "rewritedocument.h"
 #include "say.h"
@@ -101,7 +102,7 @@ private:
 
     void takeOriginal(const std::string &reason)
     {
-        m_draft.takeOriginal();
+        copyOriginal(m_run);
         say("the copy is the original: " + reason);
     }
 

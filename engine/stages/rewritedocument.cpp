@@ -1,5 +1,6 @@
 #include "rewritedocument.h"
 
+#include "finishedcopy.h"
 #include "prepareddocument.h"
 #include "proofsettings.h"
 #include "rewritingstage.h"
@@ -87,10 +88,10 @@ void rewriteUnopened(const Run &run, const std::string &objection)
     rewriting.prove(proof, views);
     const bool isSigned = rewriting.report().maybeSigned && !request.options.pdfa;
     if (isSigned && !rewriting.changesMuch()) {
-        rewriting.takeOriginal();
+        copyOriginal(run);
         say("the copy is the original: it is signed");
     } else if (rewriting.choice() == Choice::Original) {
-        rewriting.takeOriginal();
+        copyOriginal(run);
         say("the copy is the original: nothing makes it smaller");
     } else {
         rewriting.finish();

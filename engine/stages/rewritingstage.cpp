@@ -1,14 +1,12 @@
 #include "rewritingstage.h"
 
-#include "candidates/finish.h"
 #include "candidates/mark.h"
 #include "confinedtask.h"
+#include "finishedcopy.h"
 #include "formats/marktexts.h"
 #include "ghostscript/arguments.h"
 #include "ghostscriptrun.h"
-#include "pdf/copywriter.h"
 #include "process/channels.h"
-#include "request/permissions.h"
 #include "system/failure.h"
 #include "system/filesize.h"
 #include "system/wholefile.h"
@@ -16,11 +14,6 @@
 namespace engine {
 
 namespace {
-
-std::string markText(const Run &run)
-{
-    return run.mark >= 0 ? contentOf(run.mark) : std::string();
-}
 
 Facts factsOf(const RewritingReport &report)
 {
@@ -83,6 +76,7 @@ ChildResult RewritingStage::rewrite(int document, const std::vector<std::string>
 RewritingOrder RewritingStage::orderFor(const ChildResult &ghostscript) const
 {
     const CopyOptions &options = m_run.request.options;
+    const std::string mark = markText(m_run);
     return {
         .document = documentChannel,
         .rewriting = ghostscriptOutputChannel,
@@ -91,8 +85,8 @@ RewritingOrder RewritingStage::orderFor(const ChildResult &ghostscript) const
         .pdfa = options.pdfa,
         .smallestBilevel = options.smallestBilevel,
         .compressFonts = options.compressedFonts,
-        .marked = markTexts(markText(m_run)),
-        .description = changesOfMark(markText(m_run)),
+        .marked = markTexts(mark),
+        .description = changesOfMark(mark),
         .pagesWritten = pagesWritten(ghostscript),
         .warned = ghostscript.warned,
         .leastSize = leastSizeFor(sizeOf(m_run.document)),
@@ -107,11 +101,9 @@ void RewritingStage::make(const ChildResult &ghostscript)
         .writable = {{draftChannel, m_file.get()}, {viewsChannel, m_views.get()}},
     };
     const auto work = [order = orderFor(ghostscript)] { return factsOf(writeRewriting(order)); };
-    const auto number = m_run.children.start(
-        confinedTask(files, sizeOf(m_run.document), m_run.settings.limits, work));
-    const Facts facts = answerOf(m_run.children.wait(number), m_run.request.input);
+    const Facts facts = factsFrom(m_run, files, work);
+    sizeIn(facts, m_file.get());
     m_report = reportOf(facts);
-    m_report.size = sizeIn(facts, m_file.get());
 }
 
 std::vector<PageView> RewritingStage::views() const
@@ -149,39 +141,12 @@ Choice RewritingStage::choice() const
          .asked = request.options.pdfa || request.passwords.areSet() || m_report.described});
 }
 
-void RewritingStage::encrypt() const
-{
-    const Request &request = m_run.request;
-    const FinishOrder order = {
-        .draft = ghostscriptOutputChannel,
-        .copy = draftChannel,
-        .encryption = Encryption{request.passwords, revision3Permissions(request.permissions)},
-        .leastSize = leastSizeFor(sizeOf(m_run.document)),
-    };
-    const ConfinedFiles files = {
-        .readable = {{ghostscriptOutputChannel, m_file.get()}},
-        .writable = {{draftChannel, m_run.draft}},
-    };
-    const auto work = [order] {
-        return Facts{{"size", static_cast<long long>(finishDraft(order))}};
-    };
-    const auto number = m_run.children.start(
-        confinedTask(files, sizeOf(m_run.document), m_run.settings.limits, work));
-    sizeIn(answerOf(m_run.children.wait(number), request.input), m_run.draft);
-}
-
 void RewritingStage::finish() const
 {
     if (m_run.request.passwords.areSet())
-        encrypt();
-    else if (writeBytes(m_file.get(), m_run.draft) != m_report.size)
-        throw Failure("not every byte of the copy got to the disk");
-}
-
-void RewritingStage::takeOriginal() const
-{
-    if (writeBytes(m_run.document, m_run.draft) != sizeOf(m_run.document))
-        throw Failure(m_run.request.input + ": changed while it was read");
+        writeFinished(m_run, m_file.get(), finishOrder(m_run));
+    else
+        copyDraft(m_run, m_file.get(), m_report.size);
 }
 
 } // namespace engine

@@ -37,13 +37,11 @@ public:
     /// Whether the line asks for passwords, or for a description that says something.
     [[nodiscard]] bool changesMuch() const;
 
-    /// The draft becomes the copy, with its passwords; or the original does, byte for byte.
+    /// The draft becomes the copy, with its passwords.
     void finish() const;
-    void takeOriginal() const;
 
 private:
     [[nodiscard]] RewritingOrder orderFor(const ChildResult &ghostscript) const;
-    void encrypt() const;
 
     const Run &m_run;
     Descriptor m_output;

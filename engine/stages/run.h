@@ -6,6 +6,7 @@
 #include "settings.h"
 
 #include <functional>
+#include <string>
 
 namespace engine {
 
@@ -23,5 +24,9 @@ struct Run
     /// A new file without a name, on the disk that takes the copy.
     std::function<Descriptor()> newFile;
 };
+
+/// The text of the document information mark; empty without one. Throws a Failure if it is longer
+/// than any that says something about a document.
+std::string markText(const Run &run);
 
 } // namespace engine

@@ -5,9 +5,22 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
+#include <limits>
+
 using namespace Qt::StringLiterals;
 
 namespace batch {
+
+namespace {
+
+// A report that is added up may name any sizes.
+qint64 sum(qint64 one, qint64 other)
+{
+    return one + std::min(other, std::numeric_limits<qint64>::max() - one);
+}
+
+} // namespace
 
 QString Failure::text() const
 {
@@ -21,8 +34,8 @@ void Tally::take(const Result &result)
         return;
     }
     ++m_succeeded;
-    m_before += result.before;
-    m_after += result.after;
+    m_before = sum(m_before, result.before);
+    m_after = sum(m_after, result.after);
 }
 
 QString Tally::text(qsizetype left) const

@@ -2,7 +2,7 @@
 # The presets turn warnings into errors; a distributor's plain build doesn't.
 
 option(CORVANE_SANITIZE "Build with the address and undefined behaviour sanitizers" OFF)
-option(CORVANE_FUZZ "Build the engine's parsers for clang's libFuzzer, with the sanitizers" OFF)
+option(CORVANE_FUZZ "Build our own parsers for clang's libFuzzer, with the sanitizers" OFF)
 
 add_library(corvane_build_options INTERFACE)
 target_compile_features(corvane_build_options INTERFACE cxx_std_20)

@@ -41,10 +41,11 @@ bool isResolution(const QString &key)
     return key.endsWith("Res"_L1);
 }
 
-// A blank or a double quote ends the word on the way to the engine, which then refuses the rest.
+// A blank of any kind or a double quote ends the word on the way to the engine, which then refuses
+// the rest.
 bool isOneWord(const QString &value)
 {
-    return !value.contains(u' ') && !value.contains(u'"');
+    return std::ranges::none_of(value, [](QChar c) { return c.isSpace() || c == u'"'; });
 }
 
 bool isNumber(const QString &value, uint least, uint most)

@@ -13,15 +13,16 @@ namespace batch {
 
 namespace {
 
-std::optional<int> numberOf(const QString &text)
+// The range of an int, so that reckoning with two of them can't leave the type's.
+std::optional<qint64> numberOf(const QString &text)
 {
     bool isNumber = false;
     const int number = text.toInt(&isNumber);
-    return isNumber ? std::optional(number) : std::nullopt;
+    return isNumber ? std::optional<qint64>(number) : std::nullopt;
 }
 
 // An array's numbers may begin anywhere and leave steps out, such as 10-40:10.
-std::optional<int> slurmPart(const QProcessEnvironment &environment)
+std::optional<qint64> slurmPart(const QProcessEnvironment &environment)
 {
     const auto value = [&environment](const char *name, const char *otherwise) {
         return numberOf(environment.value("SLURM_ARRAY_TASK_"_L1 + QLatin1String(name),
@@ -35,19 +36,19 @@ std::optional<int> slurmPart(const QProcessEnvironment &environment)
     return (*id - *first) / *step + 1;
 }
 
-std::optional<int> indexedPart(const QProcessEnvironment &environment)
+std::optional<qint64> indexedPart(const QProcessEnvironment &environment)
 {
     const auto index = numberOf(environment.value(u"JOB_COMPLETION_INDEX"_s));
     return index ? std::optional(*index + 1) : std::nullopt;
 }
 
-std::optional<int> partOfTask(const QProcessEnvironment &environment)
+std::optional<qint64> partOfTask(const QProcessEnvironment &environment)
 {
     const auto part = slurmPart(environment);
     return part ? part : indexedPart(environment);
 }
 
-std::optional<int> countOfTasks(const QProcessEnvironment &environment)
+std::optional<qint64> countOfTasks(const QProcessEnvironment &environment)
 {
     return numberOf(environment.value(u"SLURM_ARRAY_TASK_COUNT"_s));
 }
@@ -67,7 +68,7 @@ Shard shardOf(const QString &text, const QProcessEnvironment &environment)
         fromTask && pieces.size() == 1 ? countOfTasks(environment) : numberOf(pieces.value(1));
     if (!part || !count || pieces.size() > 2 || *part < 1 || *part > *count)
         throw Refusal(u"--shard takes I/N with I from 1 to N, or auto, not '%1'"_s.arg(text));
-    return {.part = *part, .count = *count};
+    return {.part = static_cast<int>(*part), .count = static_cast<int>(*count)};
 }
 
 } // namespace batch

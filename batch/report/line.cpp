@@ -100,8 +100,9 @@ std::optional<Line> parseLine(const QByteArray &text)
         return object.value("program"_L1) == "corvane-batch"_L1 ? std::optional(Line())
                                                                 : std::nullopt;
     const Result result = resultOf(object);
-    return result.input.isEmpty() ? std::nullopt
-                                  : std::optional(Line{.event = event->event, .result = result});
+    if (result.input.isEmpty() || result.before < 0 || result.after < 0)
+        return std::nullopt;
+    return Line{.event = event->event, .result = result};
 }
 
 } // namespace batch

@@ -17,6 +17,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <limits>
+
 using batch::Processors;
 
 class TestBatchPieces : public QObject
@@ -41,6 +43,7 @@ private slots:
     void argumentsAreTheWindows();
     void pathsArriveAsTheyAre();
     void tally();
+    void tallyOfImpossibleSizes();
     void progress();
 };
 
@@ -116,6 +119,13 @@ void TestBatchPieces::shardIsRefused_data()
         << "--shard auto is not told the number of parts: give --shard auto/N";
     QTest::newRow("index beyond the parts") << "auto/4"
                                             << "JOB_COMPLETION_INDEX=4" << form.arg("auto/4");
+    QTest::newRow("highest index") << "auto/4"
+                                   << "JOB_COMPLETION_INDEX=2147483647" << form.arg("auto/4");
+    QTest::newRow("widest array")
+        << "auto"
+        << "SLURM_ARRAY_TASK_ID=-2147483648 SLURM_ARRAY_TASK_MIN=2147483647 "
+           "SLURM_ARRAY_TASK_COUNT=4"
+        << form.arg("auto");
 }
 
 void TestBatchPieces::shardIsRefused()
@@ -309,6 +319,16 @@ void TestBatchPieces::tally()
     QCOMPARE(tally.failures().front().text(), "/in/a: corvgs: no");
     QCOMPARE(tally.line(3), "{\"after\":130545,\"before\":815992,\"event\":\"totals\",\"failed\":1,"
                             "\"files\":5,\"left\":3,\"succeeded\":1}\n");
+}
+
+// A report may be anybody's.
+void TestBatchPieces::tallyOfImpossibleSizes()
+{
+    constexpr qint64 largest = std::numeric_limits<qint64>::max();
+    batch::Tally tally;
+    for (const char *input : {"a", "b"})
+        tally.take({.input = input, .before = largest, .after = 1, .succeeded = true});
+    QCOMPARE(tally.saved(), largest - 2);
 }
 
 void TestBatchPieces::progress()

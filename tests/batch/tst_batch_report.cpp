@@ -115,9 +115,11 @@ void TestBatchReport::linesComeBack()
 void TestBatchReport::otherLines_data()
 {
     QTest::addColumn<QByteArray>("text");
-    for (const char *text : {"", "\n", "text", "{}", "[]", "{\"event\":\"other\",\"input\":\"a\"}",
-                             "{\"event\":\"result\"}", "{\"event\":\"run\"}",
-                             "{\"event\":\"start\",\"input\":\"a\"", "3"})
+    for (const char *text :
+         {"", "\n", "text", "{}", "[]", "{\"event\":\"other\",\"input\":\"a\"}",
+          "{\"event\":\"result\"}", "{\"event\":\"run\"}", "{\"event\":\"start\",\"input\":\"a\"",
+          "3", "{\"event\":\"result\",\"input\":\"a\",\"before\":-1}",
+          "{\"event\":\"result\",\"input\":\"a\",\"after\":-1}"})
         QTest::newRow(*text ? text : "empty") << QByteArray(text);
 }
 

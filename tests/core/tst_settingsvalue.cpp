@@ -52,7 +52,7 @@ void TestSettingsValue::values_data()
     QTest::newRow("resolution") << "Image/ColorRes" << QStringList{"1", "150", "9999"}
                                 << QStringList{"", "0", "-1", "10000", "150dpi", "1 50"};
     QTest::newRow("password") << "Secur/UsrPwd" << QStringList{"", "a", "=", "'", "ä"}
-                              << QStringList{" ", "a b", "\"a\""};
+                              << QStringList{" ", "a b", "a\tb", "a\u00a0b", "\"a\""};
 }
 
 void TestSettingsValue::values()

@@ -9,6 +9,8 @@
 #include "bench.h"
 #include "samples.h"
 
+#include "support/fuzzseed.h"
+
 #include <QDir>
 #include <QRandomGenerator>
 
@@ -129,13 +131,6 @@ QByteArray complaint(const Bench &bench, const QByteArray &document, const Run &
     if (run.status != 0 && (!copies.isEmpty() || run.errors.count("corvgs: ") != 1))
         return "a copy, or no reason, after a failure";
     return {};
-}
-
-quint32 firstSeed()
-{
-    bool given = false;
-    const quint32 seed = qEnvironmentVariable("FUZZ_SEED").toUInt(&given);
-    return given ? seed : QRandomGenerator::global()->generate();
 }
 
 } // namespace

@@ -7,19 +7,13 @@
 #include "bench.h"
 #include "bitmaps.h"
 #include "engine/bilevel/jbig2.h"
+#include "support/fuzzseed.h"
 
 #include <QTemporaryDir>
 
 #include <cstdio>
 
 namespace {
-
-quint32 firstSeed()
-{
-    bool given = false;
-    const quint32 seed = qEnvironmentVariable("FUZZ_SEED").toUInt(&given);
-    return given ? seed : QRandomGenerator::global()->generate();
-}
 
 // Mostly small ones, where the borders are.
 engine::Bitmap next(QRandomGenerator &random)

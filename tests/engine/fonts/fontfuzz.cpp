@@ -13,6 +13,7 @@
 #include "samples.h"
 
 #include "engine/fonts/shrinkfonts.h"
+#include "support/fuzzseed.h"
 
 #include <QRandomGenerator>
 #include <QTemporaryDir>
@@ -155,13 +156,6 @@ std::string complaint(const QByteArray &document, const QString &folder, int &to
         return error.what();
     }
     return {};
-}
-
-quint32 firstSeed()
-{
-    bool given = false;
-    const quint32 seed = qEnvironmentVariable("FUZZ_SEED").toUInt(&given);
-    return given ? seed : QRandomGenerator::global()->generate();
 }
 
 } // namespace

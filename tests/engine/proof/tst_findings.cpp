@@ -1,14 +1,14 @@
 // What is found where two texts, or two pictures, are not the same.
+#include "readings.h"
+
 #include "engine/proof/findings.h"
 #include "engine/proof/picturecomparison.h"
 #include "engine/proof/placement.h"
 #include "engine/proof/textcomparison.h"
 
-#include <QTemporaryFile>
 #include <QTest>
 
 #include <cmath>
-#include <functional>
 #include <limits>
 
 using namespace engine;
@@ -17,16 +17,9 @@ namespace {
 
 constexpr int side = 40;
 
-Picture pictureOf(const std::function<int(int, int, int)> &level, int width = side)
+Picture pictureOf(const Level &level, int width = side)
 {
-    Picture picture{.width = width, .height = side, .samples = {}};
-    for (int y = 0; y < side; ++y) {
-        for (int x = 0; x < width; ++x) {
-            for (int channel = 0; channel < Picture::channels; ++channel)
-                picture.samples.push_back(std::uint8_t(level(x, y, channel)));
-        }
-    }
-    return picture;
+    return drawing(level, width, side);
 }
 
 // Something of everything: a slope, lines, dots, and a colour.
@@ -44,36 +37,12 @@ bool isIn(int x, int y, const PixelRectangle &place)
     return x >= place.left && x < place.right && y >= place.top && y < place.bottom;
 }
 
-Picture with(const PixelRectangle &place, const std::function<int(int, int, int)> &level)
+Picture with(const PixelRectangle &place, const Level &level)
 {
     return pictureOf([&](int x, int y, int channel) {
         return isIn(x, y, place) ? level(x, y, channel) : drawn(x, y, channel);
     });
 }
-
-QByteArray asPpm(const Picture &picture)
-{
-    const QByteArray size =
-        QByteArray::number(picture.width) + ' ' + QByteArray::number(picture.height);
-    return "P6\n" + size + "\n255\n" +
-           QByteArray(reinterpret_cast<const char *>(picture.samples.data()),
-                      int(picture.samples.size()));
-}
-
-class File
-{
-public:
-    explicit File(const QByteArray &content)
-    {
-        m_file.open();
-        m_file.write(content);
-        m_file.flush();
-    }
-    operator int() const { return m_file.handle(); }
-
-private:
-    QTemporaryFile m_file;
-};
 
 QList<int> list(const std::set<int> &numbers)
 {
@@ -153,8 +122,6 @@ void TestFindings::outside()
     QVERIFY(difference.elsewhere);
     QVERIFY(difference.images.empty());
 }
-
-using Level = std::function<int(int, int, int)>;
 
 void TestFindings::inside_data()
 {

@@ -1,31 +1,21 @@
 // Whether a document that was written anew still shows and says the same.
+#include "readings.h"
+
 #include "engine/proof/findings.h"
 #include "engine/proof/lettercomparison.h"
 #include "engine/proof/rewrittenpicture.h"
 
-#include <QTemporaryFile>
 #include <QTest>
-
-#include <functional>
 
 using namespace engine;
 
 namespace {
 
-using Level = std::function<int(int, int, int)>;
-
 constexpr int side = 64;
 
 Picture pictureOf(const Level &level, int width = side, int height = side)
 {
-    Picture picture{.width = width, .height = height, .samples = {}};
-    for (int y = 0; y < height; ++y) {
-        for (int x = 0; x < width; ++x) {
-            for (int channel = 0; channel < Picture::channels; ++channel)
-                picture.samples.push_back(std::uint8_t(std::clamp(level(x, y, channel), 0, 255)));
-        }
-    }
-    return picture;
+    return drawing(level, width, height);
 }
 
 // Print on white, with strokes of a pixel every third one; the margin and the last quarter are
@@ -38,29 +28,6 @@ bool isPrint(int x, int y)
 int drawn(int x, int y, int)
 {
     return isPrint(x, y) ? 40 : 255;
-}
-
-class File
-{
-public:
-    explicit File(const QByteArray &content)
-    {
-        m_file.open();
-        m_file.write(content);
-        m_file.flush();
-    }
-    operator int() const { return m_file.handle(); }
-
-private:
-    QTemporaryFile m_file;
-};
-
-QByteArray asPpm(const Picture &picture)
-{
-    return "P6\n" + QByteArray::number(picture.width) + ' ' + QByteArray::number(picture.height) +
-           "\n255\n" +
-           QByteArray(reinterpret_cast<const char *>(picture.samples.data()),
-                      int(picture.samples.size()));
 }
 
 } // namespace

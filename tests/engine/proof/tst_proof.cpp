@@ -3,6 +3,7 @@
 #include "catchsignals.h"
 #include "documents.h"
 #include "parsed.h"
+#include "readings.h"
 #include "samples.h"
 
 #include "engine/content/contentwalk.h"
@@ -11,32 +12,16 @@
 #include "engine/system/programs.h"
 
 #include <QTemporaryDir>
-#include <QTemporaryFile>
 #include <QTest>
 
 using namespace engine;
 
 namespace {
 
-class File
-{
-public:
-    explicit File(const QByteArray &content = {})
-    {
-        m_file.open();
-        m_file.write(content);
-        m_file.flush();
-    }
-    [[nodiscard]] int handle() const { return m_file.handle(); }
-
-private:
-    QTemporaryFile m_file;
-};
-
 Descriptor scratchFile()
 {
     const File file;
-    return Descriptor(dup(file.handle()));
+    return Descriptor(dup(file));
 }
 
 std::vector<PageView> viewsIn(const QByteArray &document)
@@ -93,9 +78,9 @@ ProofResult prove(const QByteArray &copy, const QByteArray &original,
     const File copyFile(copy);
     const File originalFile(original);
     Children children{Limits()};
-    Proof proof(children, with, originalFile.handle(), scratchFile);
+    Proof proof(children, with, originalFile, scratchFile);
     proof.begin(views, pages);
-    return proof.compare(copyFile.handle(), parts, likeness);
+    return proof.compare(copyFile, parts, likeness);
 }
 
 QList<int> failed(const ProofResult &result)
@@ -414,11 +399,11 @@ void TestProof::anotherDraft()
     const File wrong(pages("BT /F 12 Tf 20 20 Td (Sage) Tj ET"));
     const File right(documents::rewritten(original, {"--object-streams=generate"}));
     Children children{Limits()};
-    Proof proof(children, settings(), originalFile.handle(), scratchFile);
+    Proof proof(children, settings(), originalFile, scratchFile);
     proof.begin(viewsIn(original), {1, 2, 3, 4});
-    QCOMPARE(failed(proof.compare(wrong.handle(), {font(12, 2), font(13, 3)})), QList<int>{13});
-    QVERIFY(proof.compare(right.handle(), {font(12, 2)}).isSound());
-    QCOMPARE(failed(proof.compare(wrong.handle(), {font(12, 2), font(13, 3)})), QList<int>{13});
+    QCOMPARE(failed(proof.compare(wrong, {font(12, 2), font(13, 3)})), QList<int>{13});
+    QVERIFY(proof.compare(right, {font(12, 2)}).isSound());
+    QCOMPARE(failed(proof.compare(wrong, {font(12, 2), font(13, 3)})), QList<int>{13});
 }
 
 // A page of which begin() knew nothing is drawn all the same.
@@ -430,11 +415,11 @@ void TestProof::unexpectedPages()
     const auto parts = {font(12, 2), font(13, 3), font(14, 5)};
     for (const auto &expected : QList<std::set<int>>{{}, {1, 2}, {5, 6}}) {
         Children children{Limits()};
-        Proof proof(children, settings(), originalFile.handle(), scratchFile);
+        Proof proof(children, settings(), originalFile, scratchFile);
         proof.begin(viewsIn(original), expected);
-        QCOMPARE(failed(proof.compare(wrong.handle(), parts)), QList<int>{13});
-        QVERIFY(proof.compare(originalFile.handle(), parts).isSound());
-        QCOMPARE(failed(proof.compare(wrong.handle(), parts)), QList<int>{13});
+        QCOMPARE(failed(proof.compare(wrong, parts)), QList<int>{13});
+        QVERIFY(proof.compare(originalFile, parts).isSound());
+        QCOMPARE(failed(proof.compare(wrong, parts)), QList<int>{13});
     }
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "request/request.h"
-#include "stages/settings.h"
+#include "tasks/settings.h"
 
 namespace engine {
 

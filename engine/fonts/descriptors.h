@@ -1,7 +1,7 @@
 #pragma once
 
 #include "embeddedprograms.h"
-#include "fontprogram.h"
+#include "fontprograms/fontprogram.h"
 
 namespace engine {
 

@@ -2,15 +2,15 @@
 
 #include "descriptors.h"
 #include "fieldfonts.h"
+#include "fontprograms/subset.h"
+#include "fontprograms/unusedtables.h"
 #include "formats/deflate.h"
 #include "lossless/claim.h"
 #include "pdf/pageboxes.h"
 #include "pdf/streams.h"
 #include "shownglyphs.h"
 #include "standard14.h"
-#include "subset.h"
 #include "system/progress.h"
-#include "unusedtables.h"
 
 #include <algorithm>
 

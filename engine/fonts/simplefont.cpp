@@ -1,6 +1,6 @@
 #include "simplefont.h"
 
-#include "characternames.h"
+#include "fontprograms/characternames.h"
 
 namespace engine {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "fontprogram.h"
+#include "fontprograms/fontprogram.h"
 
 #include <qpdf/QPDFObjectHandle.hh>
 

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "confinement/confinement.h"
-
 #include <string>
+#include <vector>
 
 namespace engine {
 

@@ -1,12 +1,12 @@
 #include "albumstage.h"
 
-#include "confinedtask.h"
 #include "ghostscript/arguments.h"
-#include "ghostscriptrun.h"
 #include "pdf/touched.h"
 #include "process/channels.h"
 #include "system/failure.h"
 #include "system/wholefile.h"
+#include "tasks/confinedtask.h"
+#include "tasks/ghostscripttask.h"
 
 #include <utility>
 

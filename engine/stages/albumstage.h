@@ -2,7 +2,7 @@
 
 #include "candidates/keptdocument.h"
 #include "pdf/pageview.h"
-#include "run.h"
+#include "tasks/run.h"
 
 #include <set>
 #include <vector>

@@ -1,8 +1,8 @@
 #include "draftfiles.h"
 
-#include "confinedtask.h"
 #include "process/channels.h"
 #include "system/wholefile.h"
+#include "tasks/confinedtask.h"
 
 namespace engine {
 

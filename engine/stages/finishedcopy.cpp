@@ -1,12 +1,12 @@
 #include "finishedcopy.h"
 
 #include "candidates/choice.h"
-#include "confinedtask.h"
 #include "pdf/copywriter.h"
 #include "process/channels.h"
 #include "request/permissions.h"
 #include "system/failure.h"
 #include "system/filesize.h"
+#include "tasks/confinedtask.h"
 
 namespace engine {
 

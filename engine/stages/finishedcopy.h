@@ -1,7 +1,7 @@
 #pragma once
 
 #include "candidates/finish.h"
-#include "run.h"
+#include "tasks/run.h"
 
 namespace engine {
 

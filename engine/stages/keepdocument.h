@@ -1,6 +1,6 @@
 #pragma once
 
-#include "run.h"
+#include "tasks/run.h"
 
 namespace engine {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "comparing.h"
-#include "reading.h"
+#include "tasks/comparing.h"
+#include "tasks/reading.h"
 
 #include <functional>
 #include <set>

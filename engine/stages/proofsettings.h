@@ -1,7 +1,7 @@
 #pragma once
 
 #include "proof.h"
-#include "run.h"
+#include "tasks/run.h"
 
 namespace engine {
 

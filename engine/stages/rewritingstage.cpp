@@ -1,15 +1,15 @@
 #include "rewritingstage.h"
 
 #include "candidates/mark.h"
-#include "confinedtask.h"
 #include "finishedcopy.h"
 #include "formats/marktexts.h"
 #include "ghostscript/arguments.h"
-#include "ghostscriptrun.h"
 #include "process/channels.h"
 #include "system/failure.h"
 #include "system/filesize.h"
 #include "system/wholefile.h"
+#include "tasks/confinedtask.h"
+#include "tasks/ghostscripttask.h"
 
 namespace engine {
 

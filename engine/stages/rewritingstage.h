@@ -4,7 +4,7 @@
 #include "candidates/rewriting.h"
 #include "pdf/pageview.h"
 #include "proof.h"
-#include "run.h"
+#include "tasks/run.h"
 
 #include <vector>
 

@@ -72,6 +72,7 @@ private slots:
     void noStubOfAFifo();
     void markIsWritten();
     void brokenMarkFails();
+    void endlessMarkFails();
     void passThrough();
     void passThroughTakesAnyOutput();
     void ghostscriptsStatus();
@@ -172,6 +173,20 @@ void TestCopies::brokenMarkFails()
     const Run run =
         bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), {}, bench.mark()));
     QVERIFY(run.status > 0);
+    QCOMPARE(namesIn(bench.out()), QStringList());
+}
+
+// Only a mistake can have put such a file in the mark's place.
+void TestCopies::endlessMarkFails()
+{
+    Bench bench;
+    write(bench.in(u"a.pdf"_s), samplePdf());
+    write(bench.mark(), "[ /Title (Accounts) /DOCINFO pdfmark " + QByteArray(1 << 20, ' '));
+    const Run run =
+        bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), {}, bench.mark()));
+    QCOMPARE(run.status, 1);
+    QCOMPARE(run.errors, "corvgs: " + bench.mark().toUtf8() +
+                             ": too long for a document information mark\n");
     QCOMPARE(namesIn(bench.out()), QStringList());
 }
 

@@ -1,6 +1,6 @@
 #include "input.h"
 
-#include "engine/fonts/characternames.h"
+#include "engine/fontprograms/characternames.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {

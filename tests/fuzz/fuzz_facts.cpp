@@ -1,6 +1,6 @@
 #include "input.h"
 
-#include "engine/stages/facts.h"
+#include "engine/tasks/facts.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {

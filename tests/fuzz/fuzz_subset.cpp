@@ -1,6 +1,6 @@
 #include "input.h"
 
-#include "engine/fonts/subset.h"
+#include "engine/fontprograms/subset.h"
 
 // The first two bytes are glyphs that stay.
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)

@@ -1,6 +1,6 @@
 #include "input.h"
 
-#include "engine/fonts/unusedtables.h"
+#include "engine/fontprograms/unusedtables.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {

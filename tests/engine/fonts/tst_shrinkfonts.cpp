@@ -5,7 +5,7 @@
 #include "parsed.h"
 #include "samples.h"
 
-#include "engine/fonts/face.h"
+#include "engine/fontprograms/face.h"
 #include "engine/fonts/shrinkfonts.h"
 #include "engine/pdf/streams.h"
 

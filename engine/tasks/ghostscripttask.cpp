@@ -1,4 +1,4 @@
-#include "ghostscriptrun.h"
+#include "ghostscripttask.h"
 
 #include "ghostscript/messages.h"
 #include "process/channels.h"

@@ -3,6 +3,8 @@
 #include <QRandomGenerator>
 #include <QTest>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -40,6 +42,7 @@ class TestDownsampling : public QObject
 private slots:
     void greysStay();
     void edgesStay();
+    void thinLinesStay();
     void subsampled();
 };
 
@@ -70,6 +73,17 @@ void TestDownsampling::edgesStay()
     QVERIFY(!engine::downsampled(bitmap, 2, 33, 32));
     QVERIFY(!engine::downsampled(bitmap, 2, 0, 32));
     QVERIFY(engine::downsampled(bitmap, 5, 13, 13));
+}
+
+// Lines a third as thick as a pixel of the result: none of their black is lost to the white around.
+void TestDownsampling::thinLinesStay()
+{
+    auto bitmap = *engine::Bitmap::blank(600, 600);
+    for (quint32 y = 40; y < 600; y += 60)
+        std::fill_n(bitmap.row(y), 75, quint8(0xff));
+    const auto small = engine::downsampled(bitmap, 3, 200, 200);
+    const double share = blackShareOf(*small) / blackShareOf(bitmap);
+    QVERIFY2(share > 0.9 && share < 1.1, qPrintable(QString::number(share)));
 }
 
 void TestDownsampling::subsampled()

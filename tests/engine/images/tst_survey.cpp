@@ -4,7 +4,10 @@
 #include "samples.h"
 #include "shrinking.h"
 
+#include <QRectF>
 #include <QTest>
+
+#include <algorithm>
 
 using namespace imagedocuments;
 
@@ -15,6 +18,9 @@ class TestSurvey : public QObject
 private slots:
     void leftAlone_data();
     void leftAlone();
+    void places_data();
+    void places();
+    void manyPlaces();
 };
 
 void TestSurvey::leftAlone_data()
@@ -97,6 +103,57 @@ void TestSurvey::leftAlone()
     QCOMPARE(int(images.front().facts.reason), reason);
     if (images.front().facts.reason != engine::LeftAlone::No)
         QCOMPARE(shrinking::shrunk(document).taken.touched.size(), 0U);
+}
+
+void TestSurvey::places_data()
+{
+    QTest::addColumn<QByteArray>("document");
+    QTest::addColumn<QRectF>("place");
+    const QByteArray rgb = flateImage("/DeviceRGB", 3);
+    QTest::newRow("on the page") << page({rgb}) << QRectF(50, 50, 100, 100);
+    const auto tiled = [&](const QByteArray &entries) {
+        QByteArray document = page({rgb, pdfStream("/PatternType 1 /PaintType 1 /TilingType 1"
+                                                   " /BBox [0 0 50 50] /XStep 50 /YStep 50"
+                                                   " /Resources << /XObject << /I 5 0 R >> >>",
+                                                   "50 0 0 50 0 0 cm /I Do")},
+                                   "/Pattern cs /P scn 10 10 30 30 re f");
+        return document.replace("/Resources << /XObject",
+                                entries + " /Resources << /Pattern << /P 6 0 R >> /XObject");
+    };
+    QTest::newRow("in a pattern: anywhere") << tiled({}) << QRectF(0, 0, 200, 200);
+    QTest::newRow("in a pattern, larger unit") << tiled("/UserUnit 2") << QRectF(0, 0, 400, 400);
+    QTest::newRow("in a pattern, damaged page")
+        << tiled({}).replace("[0 0 200 200]", "[0 0 200]    ") << QRectF(0, 0, 612, 792);
+}
+
+void TestSurvey::places()
+{
+    QFETCH(QByteArray, document);
+    QFETCH(QRectF, place);
+    parsed::Document original(document);
+    const auto images = engine::surveyImages(original);
+    QCOMPARE(images.front().parts.size(), 1U);
+    const engine::TouchedPart &part = images.front().parts.front();
+    QCOMPARE(QRectF(QPointF(part.left, part.bottom), QPointF(part.right, part.top)), place);
+}
+
+// Not each is kept, but all of them are covered.
+void TestSurvey::manyPlaces()
+{
+    QByteArray content;
+    for (int place = 0; place < 30; ++place)
+        content += "q 10 0 0 10 " + QByteArray::number(5 * place) + ' ' +
+                   QByteArray::number(150 - 5 * place) + " cm /I Do Q ";
+    parsed::Document original(page({flateImage("/DeviceRGB", 3)}, content));
+    const auto parts = engine::surveyImages(original).front().parts;
+    QVERIFY(parts.size() < 30);
+    for (int place = 0; place < 30; ++place) {
+        const QRectF shown(5 * place, 150 - 5 * place, 10, 10);
+        QVERIFY(std::any_of(parts.begin(), parts.end(), [&](const engine::TouchedPart &part) {
+            return QRectF(QPointF(part.left, part.bottom), QPointF(part.right, part.top))
+                .contains(shown);
+        }));
+    }
 }
 
 QTEST_GUILESS_MAIN(TestSurvey)

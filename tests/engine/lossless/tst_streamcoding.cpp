@@ -110,6 +110,15 @@ QByteArray runs(const QByteArray &bytes)
     return packed + '\x80';
 }
 
+// Rows as PNG has them, none predicted.
+QByteArray inRows(const QByteArray &bytes, int columns)
+{
+    QByteArray rows;
+    for (qsizetype place = 0; place < bytes.size(); place += columns)
+        rows += '\0' + bytes.mid(place, columns).leftJustified(columns, '\0');
+    return rows;
+}
+
 // A slope with some noise: small differences of samples that are all over the range.
 QByteArray slope(int width, int height, int colours)
 {
@@ -193,6 +202,10 @@ void TestStreamCoding::untouched_data()
         << hexadecimal(fast(text));
     QTest::newRow("unknown below")
         << QByteArray("/Filter [/ASCIIHexDecode /OwnDecode]") << hexadecimal(text);
+    QTest::newRow("predicted in an outer layer")
+        << QByteArray("/Filter [/FlateDecode /FlateDecode] /DecodeParms"
+                      " [<< /Predictor 15 /Columns 60 >> null]")
+        << fast(inRows(fast(text), 60));
     QTest::newRow("encrypted in a way of its own")
         << QByteArray("/Filter [/FlateDecode /Crypt]") << fast(text);
     QTest::newRow("in another file") << QByteArray("/F (a) /FFilter /FlateDecode") << text;

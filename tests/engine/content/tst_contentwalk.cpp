@@ -168,6 +168,13 @@ void TestContentWalk::told_data()
              "/Font << /T 6 0 R >> /XObject << /F 7 0 R >>"),
         {"text 6 a page 0"});
     row("inline image", page("BI /W 4 /H 1 /BPC 8 /CS /G ID \nEI  EI /I Do"), {unit});
+    row("inline image, RGB", page("BI /W 4 /H 1 /BPC 8 /CS /RGB ID 1234567 EI ( EI /I Do"), {unit});
+    row("inline image, DeviceRGB",
+        page("BI /Width 4 /Height 1 /BitsPerComponent 8 /ColorSpace /DeviceRGB ID 1234567 EI ( EI"
+             " /I Do"),
+        {unit});
+    row("inline image, CMYK", page("BI /W 3 /H 1 /BPC 8 /CS /CMYK ID 1234567 EI ( EI /I Do"),
+        {unit});
     row("inline image of unknown size", page("BI /W 4 /H 1 /F /Fl ID \x01(\x02 EI\n/I Do"), {unit});
     row("inline image without end", page("/I Do BI /W 4 /H 1 /F /Fl ID abc"),
         {unit, "unclear 3 page 0"});

@@ -149,7 +149,7 @@ int main(int argc, char *argv[])
     for (int round = 0; round < count; ++round) {
         const QByteArray document = mutation(seeds);
         write(bench.in(u"a.pdf"_s), document);
-        const Run run = bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s)));
+        const Run run = bench.run(lineOf(bench));
         ++statuses[run.status];
         if (const QByteArray what = complaint(bench, document, run); !what.isEmpty()) {
             write(u"fuzz-failure.pdf"_s, document);

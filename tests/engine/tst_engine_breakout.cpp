@@ -68,7 +68,7 @@ QString TestBreakout::filled(QString text, const Bench &bench)
 // For PDF/A the whole document goes to Ghostscript, whatever is in it.
 QStringList TestBreakout::pdfaLine(const Bench &bench)
 {
-    return Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), {u"-dPDFA"_s});
+    return lineOf(bench, {u"-dPDFA"_s});
 }
 
 // Everything below is only as good as what this line says. Where the kernel has no Landlock, the
@@ -209,7 +209,7 @@ void TestBreakout::calls()
     Bench bench;
     prepare(bench);
     bench.setStandin(filled(wish, bench));
-    const QStringList line = Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s));
+    const QStringList line = lineOf(bench);
     const Run confined = bench.runWithout(Bench::landlock, line);
     QCOMPARE(confined.status, 20);
     const Run unconfined = bench.run(line, Bench::driver(Bench::Unconfined));
@@ -282,9 +282,7 @@ void TestBreakout::postScript()
         prepare(bench);
         write(bench.mark(), filled(program, bench).toUtf8());
         bench.environment.insert(u"DRIVER_NO_SAFER"_s, u"1"_s);
-        const Run run =
-            bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), {}, bench.mark()),
-                      Bench::driver(confinement));
+        const Run run = bench.run(lineOf(bench, {}, bench.mark()), Bench::driver(confinement));
         const bool worked = made.isEmpty() ? run.output.contains("treasure")
                                            : contentOf(filled(made, bench)).contains("treasure");
         QCOMPARE(worked, confinement == Bench::Unconfined);
@@ -301,8 +299,7 @@ void TestBreakout::postScriptAsDocument()
     write(bench.in(u"a.pdf"_s), "(" + bench.home(u"secret"_s).toUtf8() +
                                     ") (r) file 9 string readstring pop print flush showpage");
     bench.environment.insert(u"DRIVER_NO_SAFER"_s, u"1"_s);
-    const QStringList line =
-        Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), {u"-dPDFA"_s});
+    const QStringList line = lineOf(bench, {u"-dPDFA"_s});
     QStringList open = line;
     open.replaceInStrings(u"-dSAFER"_s, u"-dNOSAFER"_s);
     QVERIFY(bench.run(open, Bench::ghostscript()).output.contains("treasure"));
@@ -321,7 +318,7 @@ void TestBreakout::environmentAddsNoSwitches()
     prepare(bench);
     bench.environment.insert(u"GS_OPTIONS"_s,
                              "-dNOSAFER -sOutputFile="_L1 + bench.out(u"new.pdf"_s));
-    const Run run = bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s)));
+    const Run run = bench.run(lineOf(bench));
     QCOMPARE(run.status, 0);
     QCOMPARE(namesIn(bench.out()), (QStringList{u"a.pdf"_s, u"mine"_s}));
 }
@@ -355,9 +352,8 @@ void TestBreakout::wrapper()
                           Bench::ghostscript().toUtf8() + "' \"$@\"\n");
         QVERIFY(QFile::setPermissions(script, QFile::ReadOwner | QFile::ExeOwner));
         bench.environment.insert(u"DRIVER_GHOSTSCRIPT"_s, script);
-        const Run run = bench.run(
-            Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), {u"-sUserPassword=sesame"_s}),
-            Bench::driver(confinement));
+        const Run run =
+            bench.run(lineOf(bench, {u"-sUserPassword=sesame"_s}), Bench::driver(confinement));
         QCOMPARE(run.errors, QByteArray());
         QVERIFY2(run.output.startsWith("Gs\n"), run.output);
         QCOMPARE(run.status, 0);
@@ -390,8 +386,7 @@ void TestBreakout::wrapperIsConfined()
         for (const QString &file : {script, program})
             QVERIFY(QFile::setPermissions(file, QFile::ReadOwner | QFile::ExeOwner));
         bench.environment.insert(u"DRIVER_GHOSTSCRIPT"_s, script);
-        const Run run = bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s)),
-                                  Bench::driver(confinement));
+        const Run run = bench.run(lineOf(bench), Bench::driver(confinement));
         QCOMPARE(run.status, confinement == Bench::Confined ? 20 : 10);
     }
 }

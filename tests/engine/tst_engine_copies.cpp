@@ -12,8 +12,7 @@ namespace {
 
 QByteArray lockedPdf()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     tools::outputOf(u"qpdf"_s, {u"--encrypt"_s, u"user"_s, u"owner"_s, u"128"_s, u"--use-aes=y"_s,
                                 u"--"_s, bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s)});
     return contentOf(bench.out(u"a.pdf"_s));
@@ -21,8 +20,7 @@ QByteArray lockedPdf()
 
 QByteArray ownerLockedPdf()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf(2));
+    Bench bench(samplePdf(2));
     tools::outputOf(u"qpdf"_s, {u"--encrypt"_s, u""_s, u"owner"_s, u"256"_s, u"--"_s,
                                 bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s)});
     return contentOf(bench.out(u"a.pdf"_s));
@@ -97,9 +95,8 @@ void TestCopies::copied()
 {
     QFETCH(QByteArray, original);
     QFETCH(int, pages);
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), original);
-    const Run run = bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s)));
+    Bench bench(original);
+    const Run run = bench.run(lineOf(bench));
     QCOMPARE(run.errors, QByteArray());
     QCOMPARE(run.status, 0);
     QCOMPARE(tools::pages(bench.out(u"a.pdf"_s)), pages);
@@ -127,9 +124,8 @@ void TestCopies::noStub()
 {
     QFETCH(QByteArray, original);
     QFETCH(bool, stubOfGhostscript);
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), original);
-    const QStringList line = Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s));
+    Bench bench(original);
+    const QStringList line = lineOf(bench);
     (void)bench.run(line, Bench::ghostscript());
     QCOMPARE(QFileInfo::exists(bench.out(u"a.pdf"_s)), stubOfGhostscript);
     QFile::remove(bench.out(u"a.pdf"_s));
@@ -146,7 +142,7 @@ void TestCopies::noStubOfAFifo()
 {
     Bench bench;
     tools::outputOf(u"mkfifo"_s, {bench.in(u"a.pdf"_s)});
-    const Run run = bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s)));
+    const Run run = bench.run(lineOf(bench));
     QCOMPARE(run.status, 1);
     QVERIFY(run.errors.contains("not a file"));
     QCOMPARE(namesIn(bench.out()), QStringList());
@@ -154,11 +150,9 @@ void TestCopies::noStubOfAFifo()
 
 void TestCopies::markIsWritten()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     write(bench.mark(), "[ /Title (Accounts)\n /Author (Zoe) \n /DOCINFO pdfmark");
-    const Run run =
-        bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), {}, bench.mark()));
+    const Run run = bench.run(lineOf(bench, {}, bench.mark()));
     QCOMPARE(run.status, 0);
     const QByteArray text = tools::outputOf(u"pdfinfo"_s, {bench.out(u"a.pdf"_s)});
     QVERIFY(text.contains("Accounts"));
@@ -167,11 +161,9 @@ void TestCopies::markIsWritten()
 
 void TestCopies::brokenMarkFails()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     write(bench.mark(), "[ /Title (Acc(ounts)\n /DOCINFO pdfmark");
-    const Run run =
-        bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), {}, bench.mark()));
+    const Run run = bench.run(lineOf(bench, {}, bench.mark()));
     QVERIFY(run.status > 0);
     QCOMPARE(namesIn(bench.out()), QStringList());
 }
@@ -201,8 +193,7 @@ void TestCopies::passThrough()
 
 void TestCopies::passThroughTakesAnyOutput()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf(2));
+    Bench bench(samplePdf(2));
     const Run run = bench.run({u"-q"_s, u"-dBATCH"_s, u"-dNOPAUSE"_s, u"-sDEVICE=pngmono"_s,
                                "-sOutputFile="_L1 + bench.out(u"%d.png"_s), bench.in(u"a.pdf"_s)});
     QCOMPARE(run.status, 0);
@@ -211,11 +202,9 @@ void TestCopies::passThroughTakesAnyOutput()
 
 void TestCopies::ghostscriptsStatus()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     write(bench.mark(), "undefinedword");
-    const QStringList line =
-        Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), {}, bench.mark());
+    const QStringList line = lineOf(bench, {}, bench.mark());
     const Run bare = bench.run(line, Bench::ghostscript());
     QVERIFY(bare.status > 0);
     QFile::remove(bench.out(u"a.pdf"_s));
@@ -228,8 +217,7 @@ void TestCopies::ghostscriptsStatus()
 // Without -dBATCH, Ghostscript asks for more at the end.
 void TestCopies::nothingToRead()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     const Run run =
         bench.run({u"-q"_s, u"-dNOPAUSE"_s, u"-sDEVICE=pdfwrite"_s,
                    "-sOutputFile="_L1 + bench.out(u"a.pdf"_s), u"-f"_s, bench.in(u"a.pdf"_s)});
@@ -252,12 +240,10 @@ void TestCopies::fromADeepFolder()
 
 void TestCopies::permissionsOfTheFile()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
-    const Run run =
-        bench.run(QStringList{u"-c"_s, u"umask 027; exec \"$0\" \"$@\""_s, Bench::corvgs()} +
-                      Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s)),
-                  u"/bin/sh"_s);
+    Bench bench(samplePdf());
+    const Run run = bench.run(
+        QStringList{u"-c"_s, u"umask 027; exec \"$0\" \"$@\""_s, Bench::corvgs()} + lineOf(bench),
+        u"/bin/sh"_s);
     QCOMPARE(run.status, 0);
     QCOMPARE(QFile::permissions(bench.out(u"a.pdf"_s)) & QFile::Permissions(0x7077),
              QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup);

@@ -39,8 +39,7 @@ void TestKilled::initTestCase()
     for (int count = 0; count < 3; ++count) {
         QElapsedTimer timer;
         timer.start();
-        QCOMPARE(m_bench.run(Bench::line(m_bench.in(u"a.pdf"_s), m_bench.out(u"a.pdf"_s))).status,
-                 0);
+        QCOMPARE(m_bench.run(lineOf(m_bench)).status, 0);
         m_length = std::min(m_length, int(timer.elapsed()));
         QVERIFY(QFile::remove(m_bench.out(u"a.pdf"_s)));
     }

@@ -103,8 +103,7 @@ void TestNames::folders()
 // Qt can't name such files, a shell can.
 void TestNames::notUtf8()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     const Run run = bench.run(
         QStringList{u"-c"_s,
                     u"n=$(printf 'Zo\\353.pdf'); i=$1; o=$2; c=$3; shift 3; cp \"$i/a.pdf\" "
@@ -120,13 +119,11 @@ void TestNames::notUtf8()
 
 void TestNames::marks()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     const QString folder = bench.in(u"%d\n(|@ -c"_s);
     QVERIFY(QDir().mkdir(folder));
     write(folder + "/pdfinfo.txt"_L1, "[ /Title (x) /DOCINFO pdfmark");
-    const Run run = bench.run(
-        Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), {}, folder + "/pdfinfo.txt"_L1));
+    const Run run = bench.run(lineOf(bench, {}, folder + "/pdfinfo.txt"_L1));
     QCOMPARE(run.errors, QByteArray());
     QCOMPARE(run.status, 0);
 }

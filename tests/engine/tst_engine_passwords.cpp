@@ -59,9 +59,8 @@ void TestPasswords::encryption()
     QFETCH(QStringList, switches);
     QFETCH(QString, opens);
     QFETCH(QString, owns);
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf(2));
-    const Run run = bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), switches));
+    Bench bench(samplePdf(2));
+    const Run run = bench.run(lineOf(bench, switches));
     QCOMPARE(run.errors, QByteArray());
     QCOMPARE(run.status, 0);
     QCOMPARE(tools::pages(bench.out(u"a.pdf"_s), opens), 2);
@@ -86,11 +85,9 @@ void TestPasswords::hardPasswords_data()
 void TestPasswords::hardPasswords()
 {
     QFETCH(QString, password);
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     const Run run = bench.run(
-        Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s),
-                    {"-sUserPassword="_L1 + password, "-sOwnerPassword="_L1 + password + u'o'}));
+        lineOf(bench, {"-sUserPassword="_L1 + password, "-sOwnerPassword="_L1 + password + u'o'}));
     QCOMPARE(run.errors, QByteArray());
     QCOMPARE(run.status, 0);
     QCOMPARE(tools::pages(bench.out(u"a.pdf"_s)), -1);
@@ -115,11 +112,9 @@ void TestPasswords::lettersBeyondAscii()
 {
     QFETCH(QString, password);
     QFETCH(QByteArray, bytes);
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     const Run run =
-        bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s),
-                              {"-sUserPassword="_L1 + password, u"-sOwnerPassword=o"_s}));
+        bench.run(lineOf(bench, {"-sUserPassword="_L1 + password, u"-sOwnerPassword=o"_s}));
     QCOMPARE(run.errors, QByteArray());
     const QString hexadecimal = QString::fromLatin1(bytes.toHex());
     const QByteArray found = saidBy(
@@ -140,8 +135,7 @@ void TestPasswords::longPasswords_data()
 void TestPasswords::longPasswords()
 {
     QFETCH(QString, password);
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     const QString copy = bench.out(u"a.pdf"_s);
     for (const QString &owner : {password, u"another"_s}) {
         const Run run = bench.run(
@@ -182,11 +176,9 @@ void TestPasswords::permissions()
 {
     QFETCH(int, sent);
     QFETCH(QStringList, denied);
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     const Run run = bench.run(
-        Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s),
-                    {u"-sOwnerPassword=o"_s, "-dPermissions="_L1 + QString::number(sent)}));
+        lineOf(bench, {u"-sOwnerPassword=o"_s, "-dPermissions="_L1 + QString::number(sent)}));
     QCOMPARE(run.status, 0);
     QStringList found;
     const QByteArray text = encryptionOf(bench.out(u"a.pdf"_s), {});
@@ -202,22 +194,18 @@ void TestPasswords::permissions()
 
 void TestPasswords::permissionsWithoutAPassword()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
-    const Run run = bench.run(
-        Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), {u"-dPermissions=-64"_s}));
+    Bench bench(samplePdf());
+    const Run run = bench.run(lineOf(bench, {u"-dPermissions=-64"_s}));
     QCOMPARE(run.status, 0);
     QVERIFY(encryptionOf(bench.out(u"a.pdf"_s), {}).contains("File is not encrypted"));
 }
 
 void TestPasswords::processListOfTheEngine()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     bench.setStandin(u"arguments"_s);
     const Run run =
-        bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s),
-                              {u"-sUserPassword=sesame"_s, u"-sOwnerPassword=sesame2"_s}),
+        bench.run(lineOf(bench, {u"-sUserPassword=sesame"_s, u"-sOwnerPassword=sesame2"_s}),
                   Bench::driver(Bench::Confined));
     QVERIFY(run.output.contains("-sDEVICE=pdfwrite\n"));
     QVERIFY(!run.output.contains("sesame"));
@@ -226,12 +214,10 @@ void TestPasswords::processListOfTheEngine()
 
 void TestPasswords::processListOfCorvgs()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     bench.setStandin(u"wait"_s);
     const auto process =
-        bench.start(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s),
-                                {u"-sUserPassword=sesame"_s, u"-sOwnerPassword=sesame2"_s}),
+        bench.start(lineOf(bench, {u"-sUserPassword=sesame"_s, u"-sOwnerPassword=sesame2"_s}),
                     Bench::driver(Bench::Confined));
     QVERIFY(process->waitForReadyRead());
     const QByteArray line =

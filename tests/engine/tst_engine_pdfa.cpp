@@ -121,18 +121,14 @@ Run TestPdfa::copyOf(const Bench &bench, const QByteArray &original, const QStri
     write(bench.in(u"a.pdf"_s), original);
     if (!mark.isEmpty())
         write(bench.mark(), mark);
-    return bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), more,
-                                 mark.isEmpty() ? QString() : bench.mark()));
+    return bench.run(lineOf(bench, more, mark.isEmpty() ? QString() : bench.mark()));
 }
 
 // What Ghostscript alone calls PDF/A is none.
 void TestPdfa::validatorTellsThemApart()
 {
-    const Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
-    const Run run =
-        bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), {u"-dPDFA"_s}),
-                  Bench::ghostscript());
+    const Bench bench(samplePdf());
+    const Run run = bench.run(lineOf(bench, {u"-dPDFA"_s}), Bench::ghostscript());
     QCOMPARE(run.status, 0);
     QVERIFY(objectionsTo(bench.out(u"a.pdf"_s)).contains("not a valid PDF/A-1b file"));
 }
@@ -241,8 +237,7 @@ void TestPdfa::bilevelAsKept()
     QFETCH(QByteArray, type);
     QFETCH(QByteArray, filter);
     QFETCH(int, edge);
-    const Bench bench;
-    write(bench.in(u"a.pdf"_s), halftone());
+    const Bench bench(halftone());
     QList<QByteArray> pixels;
     for (const QStringList &more : {QStringList(), QStringList{u"-dPDFA"_s}}) {
         const QString copy = bench.out(u"a%1.pdf"_s.arg(more.size()));
@@ -266,11 +261,8 @@ void TestPdfa::bilevelAsKept()
 // The driver has none.
 void TestPdfa::withoutReader()
 {
-    const Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
-    const Run run =
-        bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), {u"-dPDFA"_s}),
-                  Bench::driver(Bench::Confined));
+    const Bench bench(samplePdf());
+    const Run run = bench.run(lineOf(bench, {u"-dPDFA"_s}), Bench::driver(Bench::Confined));
     QCOMPARE(run.status, 0);
     QCOMPARE(run.output.simplified(), QByteArray("corvgs: the copy is unproven: the reader that "
                                                  "has to prove it isn't there"));

@@ -278,8 +278,7 @@ void TestPromises::damagedForm()
 void TestPromises::pagesAreNotTurned()
 {
     const QByteArray original = documents::upright();
-    const Bench bench;
-    write(bench.in(u"a.pdf"_s), original);
+    const Bench bench(original);
     (void)bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"plain.pdf"_s)),
                     Bench::ghostscript());
     QVERIFY(!outputOf(u"pdfinfo"_s, {bench.out(u"plain.pdf"_s)}).contains("rot:        0"));
@@ -412,7 +411,7 @@ void TestPromises::resampledScanIsGhostscripts()
     const Bench bench;
     QStringList line;
     write(bench.in(u"a.pdf"_s), documents::scan());
-    for (const QString &word : Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s)))
+    for (const QString &word : lineOf(bench))
         line << (word == "-dMonoImageResolution=300"_L1 ? u"-dMonoImageResolution=100"_s : word);
     QCOMPARE(bench.run(line).status, 0);
     const QByteArray images = outputOf(u"pdfimages"_s, {u"-list"_s, bench.out(u"a.pdf"_s)});
@@ -434,9 +433,8 @@ void TestPromises::jbig2()
 {
     QFETCH(QStringList, filter);
     QFETCH(QStringList, passwords);
-    const Bench bench;
-    write(bench.in(u"a.pdf"_s), documents::scan());
-    QStringList line = Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), passwords);
+    const Bench bench(documents::scan());
+    QStringList line = lineOf(bench, passwords);
     line.removeAll(u"-dAutoFilterMonoImages=false"_s);
     const auto place = line.indexOf(u"-dMonoImageFilter=/FlateEncode"_s);
     line.removeAt(place);
@@ -488,9 +486,8 @@ void TestPromises::whatIsBilevel()
                                " /Filter [/ASCIIHexDecode /ASCIIHexDecode] " +
                                    entries,
                                samples.toHex().toHex())};
-    const Bench bench;
-    write(bench.in(u"a.pdf"_s), documents::withParts(parts));
-    QStringList line = Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s));
+    const Bench bench(documents::withParts(parts));
+    QStringList line = lineOf(bench);
     line.replaceInStrings(u"-dMonoImageFilter=/FlateEncode"_s, u"-dMonoImageFilter=/JBIG2Encode"_s);
     QCOMPARE(bench.run(line).status, 0);
     const QByteArray images = outputOf(u"pdfimages"_s, {u"-list"_s, bench.out(u"a.pdf"_s)});

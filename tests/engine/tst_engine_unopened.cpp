@@ -92,7 +92,7 @@ Run TestUnopened::copyOf(const Bench &bench, const QByteArray &original, const Q
                          const QString &program)
 {
     write(bench.in(u"a.pdf"_s), original);
-    return bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), more), program);
+    return bench.run(lineOf(bench, more), program);
 }
 
 void TestUnopened::writtenAnew_data()
@@ -129,12 +129,9 @@ void TestUnopened::password()
 
 void TestUnopened::description()
 {
-    const Bench bench;
-    write(bench.in(u"a.pdf"_s), tooDeepTrailer());
+    const Bench bench(tooDeepTrailer());
     write(bench.mark(), "[ /Title (Minutes) /Creator ( ) /Producer ( ) /DOCINFO pdfmark");
-    QCOMPARE(bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), {}, bench.mark()))
-                 .status,
-             0);
+    QCOMPARE(bench.run(lineOf(bench, {}, bench.mark())).status, 0);
     const QByteArray info = tools::outputOf(u"pdfinfo"_s, {bench.out(u"a.pdf"_s)});
     QVERIFY2(info.contains("Minutes"), info);
     QVERIFY2(!info.contains("Ghostscript"), info);

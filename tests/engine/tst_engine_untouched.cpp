@@ -151,10 +151,9 @@ void TestUntouched::bentLine()
 
 void TestUntouched::placeholderIsThereFromTheStart()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     bench.setStandin(u"wait"_s);
-    const QStringList line = Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s));
+    const QStringList line = lineOf(bench);
     const auto process = bench.start(line, Bench::driver(Bench::Confined));
     QVERIFY(process->waitForReadyRead());
     QCOMPARE(namesIn(bench.out()), QStringList{u"a.pdf"_s});
@@ -170,11 +169,9 @@ void TestUntouched::placeholderIsThereFromTheStart()
 
 void TestUntouched::placeholderThatSomebodyFilled()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     bench.setStandin(u"wait"_s);
-    const auto process = bench.start(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s)),
-                                     Bench::driver(Bench::Confined));
+    const auto process = bench.start(lineOf(bench), Bench::driver(Bench::Confined));
     QVERIFY(process->waitForReadyRead());
     write(bench.out(u"a.pdf"_s), "somebody else's");
     process->terminate();
@@ -184,12 +181,11 @@ void TestUntouched::placeholderThatSomebodyFilled()
 
 void TestUntouched::neighbours()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     const QStringList names = {u".corvgs-1-0"_s, u"a.pdf.tmp"_s, u"a0.pdf"_s, u"b.pdf"_s};
     for (const QString &name : names)
         write(bench.out(name), "mine");
-    const Run run = bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s)));
+    const Run run = bench.run(lineOf(bench));
     QCOMPARE(run.status, 0);
     for (const QString &name : names)
         QCOMPARE(contentOf(bench.out(name)), QByteArray("mine"));

@@ -21,11 +21,6 @@ int embeddedFonts(const QString &pdf)
 
 } // namespace
 
-QStringList lineOf(const Bench &bench)
-{
-    return Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s));
-}
-
 void verifyNothingLeft(const Bench &bench)
 {
     QTRY_COMPARE_WITH_TIMEOUT(bench.engineCount(), 0, bound);

@@ -2,9 +2,6 @@
 
 #include "bench.h"
 
-/// The window's line for one file of the bench, a.pdf.
-QStringList lineOf(const Bench &bench);
-
 /// Waits until no engine is at work, and fails the test if anything lies in the folders for copies
 /// and for temporary files.
 void verifyNothingLeft(const Bench &bench);

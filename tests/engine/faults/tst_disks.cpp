@@ -38,8 +38,7 @@ void TestDisks::fillingTheDisk()
     SKIP_IF(machine::whyNoTinyDisk());
     QFETCH(QString, wish);
     QFETCH(bool, inOutput);
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     bench.setStandin(wish);
     bench.environment.insert(u"DRIVER_RESERVE"_s, u"24"_s);
     const Run run = runOnTinyDisk(bench, u"size=64m"_s, inOutput ? bench.out() : bench.temporary(),
@@ -54,8 +53,7 @@ void TestDisks::fillingTheDisk()
 void TestDisks::almostFullDisk()
 {
     SKIP_IF(machine::whyNoTinyDisk());
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     bench.environment.insert(u"DRIVER_RESERVE"_s, u"24"_s);
     const Run run = runOnTinyDisk(bench, u"size=4m"_s, bench.out(), Bench::driver(Bench::Confined));
     QCOMPARE(run.errors, QByteArray());
@@ -67,8 +65,7 @@ void TestDisks::fullFolder()
 {
     SKIP_IF(machine::whyNoTinyDisk());
     for (const QString &size : {u"4k"_s, u"64k"_s, u"200k"_s}) {
-        Bench bench;
-        write(bench.in(u"a.pdf"_s), samplePdf(3, 800));
+        Bench bench(samplePdf(3, 800));
         const Run run = runOnTinyDisk(bench, "size="_L1 + size, bench.out());
         QVERIFY2(run.status > 0 && run.status != 99, run.errors);
         QCOMPARE(run.output.split('\n').last(), QByteArray());
@@ -76,8 +73,7 @@ void TestDisks::fullFolder()
         QCOMPARE(run.errors.count("corvgs: "), 1);
         QCOMPARE(namesIn(bench.temporary()), QStringList());
     }
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf(3, 800));
+    Bench bench(samplePdf(3, 800));
     const Run run = runOnTinyDisk(bench, u"size=4m"_s, bench.out());
     QCOMPARE(run.status, 0);
     QVERIFY2(run.output.endsWith("\na.pdf\n"), run.output);
@@ -86,8 +82,7 @@ void TestDisks::fullFolder()
 void TestDisks::fullTemporaryFolder()
 {
     SKIP_IF(machine::whyNoTinyDisk());
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf(3, 800));
+    Bench bench(samplePdf(3, 800));
     const Run run = runOnTinyDisk(bench, u"size=16k"_s, bench.temporary());
     QVERIFY2(run.status > 0 && run.status != 99, run.errors);
     QCOMPARE(run.errors.count("corvgs: "), 1);
@@ -132,16 +127,14 @@ void TestDisks::everySize()
 // What was written fails only when it is to stay.
 void TestDisks::failingDisk()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     verifyFailure(bench.runWithout(Bench::soundDisk, lineOf(bench)), ": Input/output error");
     verifyNothingLeft(bench);
 }
 
 void TestDisks::limitedFileSize()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf(3, 800));
+    Bench bench(samplePdf(3, 800));
     const Run run =
         bench.run(QStringList{u"--fsize=100000"_s, Bench::corvgs()} + lineOf(bench), u"prlimit"_s);
     QVERIFY(run.status > 0);
@@ -152,8 +145,7 @@ void TestDisks::limitedFileSize()
 void TestDisks::readOnlyFolder()
 {
     SKIP_IF(machine::whyNoTinyDisk());
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     const Run run = runOnTinyDisk(bench, u"ro"_s, bench.out());
     QCOMPARE(run.status, 1);
     QCOMPARE(run.errors,

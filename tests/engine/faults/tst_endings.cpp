@@ -61,8 +61,7 @@ void TestEndings::endings()
     QFETCH(QString, wish);
     QFETCH(QByteArray, reason);
     QFETCH(int, status);
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     verifyFailure(bench.runStandin(wish, Bench::Confined), reason, status);
     verifyNothingLeft(bench);
 }
@@ -70,8 +69,7 @@ void TestEndings::endings()
 // Ghostscript ends with status 0 all the same.
 void TestEndings::couldNotWrite()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     verifyFailure(runScript(bench, "echo 'ERROR: ioerror (-12) on closing pdfwrite device.' >&2"),
                   "Ghostscript could not write all that it made");
     verifyNothingLeft(bench);
@@ -79,8 +77,7 @@ void TestEndings::couldNotWrite()
 
 void TestEndings::changedOriginal()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf(3));
+    Bench bench(samplePdf(3));
     verifyFailure(runScript(bench, "echo >>'" + bench.in(u"a.pdf"_s).toUtf8() + '\''),
                   "a.pdf: it was changed while it was read");
     verifyNothingLeft(bench);
@@ -96,8 +93,7 @@ void TestEndings::nameTaken_data()
 void TestEndings::nameTaken()
 {
     QFETCH(bool, atTheStart);
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     const QByteArray output = bench.out(u"a.pdf"_s).toUtf8();
     if (atTheStart)
         write(bench.out(u"a.pdf"_s), "theirs");
@@ -110,8 +106,7 @@ void TestEndings::nameTaken()
 
 void TestEndings::missingGhostscript()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     bench.environment.insert(u"DRIVER_GHOSTSCRIPT"_s, u"/nowhere/gs"_s);
     const QString driver = Bench::driver(Bench::Confined);
     verifyFailure(bench.run(lineOf(bench), driver),
@@ -123,8 +118,7 @@ void TestEndings::missingGhostscript()
 
 void TestEndings::notAProgram()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     write(bench.home(u"gs"_s), "no program");
     bench.environment.insert(u"DRIVER_GHOSTSCRIPT"_s, bench.home(u"gs"_s));
     const Run run = bench.run(lineOf(bench), Bench::driver(Bench::Confined));
@@ -144,19 +138,16 @@ void TestEndings::unreadableInput()
 
 void TestEndings::missingMark()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
-    verifyFailure(
-        bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), {}, bench.mark())),
-        "pdfinfo.txt: No such file or directory");
+    Bench bench(samplePdf());
+    verifyFailure(bench.run(lineOf(bench, {}, bench.mark())),
+                  "pdfinfo.txt: No such file or directory");
     verifyNothingLeft(bench);
 }
 
 // Nobody reads any more what the engine says, and more than a pipe holds.
 void TestEndings::closedWindow()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     bench.setStandin(u"talk"_s);
     const QString driver = Bench::driver(Bench::Unconfined);
     const auto process = bench.start(lineOf(bench), driver);
@@ -170,8 +161,7 @@ void TestEndings::closedWindow()
 
 void TestEndings::closedStandardStreams()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     const Run run = bench.run(
         QStringList{u"-c"_s, u"exec \"$0\" \"$@\" <&- >&- 2>&-"_s, Bench::corvgs()} + lineOf(bench),
         u"/bin/sh"_s);

@@ -42,8 +42,7 @@ void TestFolders::strictUmask()
 {
     QFETCH(QString, umask);
     QFETCH(int, mode);
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     const QStringList words = QStringList{u"-c"_s, u"umask \"$0\"; exec \"$@\""_s, umask};
     const auto modeOf = [](const QString &path) {
         struct stat entry = {};
@@ -72,8 +71,7 @@ void TestFolders::strictUmask()
 
 void TestFolders::missingFolder()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     verifyFailure(bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"none/a.pdf"_s))),
                   "none/a.pdf: No such file or directory");
     verifyNothingLeft(bench);
@@ -81,8 +79,7 @@ void TestFolders::missingFolder()
 
 void TestFolders::removedFolder()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     QVERIFY(QDir().mkdir(bench.out(u"gone"_s)));
     bench.setStandin("unfolder:"_L1 + bench.out(u"gone"_s));
     const Run run = bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"gone/a.pdf"_s)),
@@ -94,8 +91,7 @@ void TestFolders::removedFolder()
 // A working folder so deep that no path leads to it: a killed run's draft could not be found again.
 void TestFolders::folderWithoutAPath()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     int deepest = open(qPrintable(bench.home()), O_DIRECTORY);
     const QByteArray name(200, 'x');
     for (int depth = 0; depth < 30; ++depth) {
@@ -121,8 +117,7 @@ void TestFolders::folderWithoutAPath()
 
 void TestFolders::namedDraft()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf(2));
+    Bench bench(samplePdf(2));
     bench.setStandin(u"list:/nowhere"_s);
     QCOMPARE(bench.runWithout(Bench::unnamedFiles, lineOf(bench)).status, 20);
     verifyNothingLeft(bench);
@@ -139,8 +134,7 @@ void TestFolders::namedDraft()
 void TestFolders::folderWithoutUnnamedFiles()
 {
     const QString driver = Bench::driver(Bench::Unconfined);
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf(2));
+    Bench bench(samplePdf(2));
     for (const int signal : {SIGTERM, SIGKILL}) {
         bench.setStandin(u"wait"_s);
         const auto process = bench.start(lineOf(bench), driver);

@@ -25,8 +25,7 @@ private slots:
 // The next run finds it, wherever its folder for temporary files is, and may have the name.
 void TestLeftovers::afterAKill()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     bench.setStandin(u"wait"_s);
     const auto process = bench.start(lineOf(bench), Bench::driver(Bench::Confined));
     QVERIFY(process->waitForReadyRead());
@@ -42,8 +41,7 @@ void TestLeftovers::afterAKill()
 
 void TestLeftovers::leftovers()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     const QString left = bench.temporary() + u"/corvgs-%1-abcdef"_s.arg(quint64(geteuid()));
     QVERIFY(QDir().mkpath(left + "/work"_L1));
     const QDir engines(left + "/work"_L1); // what Ghostscript itself may write to
@@ -65,8 +63,7 @@ void TestLeftovers::leftovers()
 
 void TestLeftovers::leftoversOfOthersStay()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     write(bench.home(u"precious"_s), "mine");
     const QString prefix = bench.temporary() + u"/corvgs-%1-"_s.arg(quint64(geteuid()));
     QVERIFY(QFile::link(bench.home(), prefix + "linked"_L1));

@@ -22,8 +22,7 @@ private slots:
 
 void TestLimits::burningTime()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     bench.environment.insert(u"DRIVER_STALL"_s, u"1"_s);
     verifyFailure(bench.runStandin(u"loop"_s, Bench::Confined),
                   "used up its time without getting on", 1);
@@ -32,8 +31,7 @@ void TestLimits::burningTime()
 
 void TestLimits::eatingMemory()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     QCOMPARE(bench.runStandin(u"memory"_s, Bench::Confined).status, 20);
     bench.environment.insert(u"DRIVER_MEMORY"_s, u"8192"_s);
     QCOMPARE(bench.runStandin(u"memory"_s, Bench::Confined).status, 10);
@@ -46,8 +44,7 @@ void TestLimits::eatingMemory()
 // Nobody has more of it in his memory than the bound.
 void TestLimits::talkingWithoutEnd()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     const Run run = bench.runStandin(u"flood"_s, Bench::Confined);
     verifyFailure(run, "Ghostscript talked without end");
     QVERIFY2(run.output.size() < 20'000, qPrintable(QString::number(run.output.size())));
@@ -65,8 +62,7 @@ void TestLimits::writingWithoutEnd_data()
 void TestLimits::writingWithoutEnd()
 {
     QFETCH(QString, wish);
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     bench.environment.insert(u"DRIVER_OUTPUT"_s, u"40"_s);
     verifyFailure(bench.runStandin(wish, Bench::Confined),
                   "Ghostscript wrote far more than a copy of the document takes");
@@ -88,8 +84,7 @@ void TestLimits::fewDescriptors()
     QSKIP("the sanitizer takes a sound object for a wild one when it has no descriptor for a pipe");
 #endif
     QFETCH(int, descriptors);
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     const Run run =
         bench.run(QStringList{u"--nofile=%1"_s.arg(descriptors), Bench::corvgs()} + lineOf(bench),
                   u"prlimit"_s);

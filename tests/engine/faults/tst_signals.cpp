@@ -47,8 +47,7 @@ void TestSignals::terminated_data()
 void TestSignals::terminated()
 {
     QFETCH(int, signal);
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     bench.setStandin(u"wait"_s);
     const auto process = bench.start(lineOf(bench), Bench::driver(Bench::Confined));
     QVERIFY(process->waitForReadyRead());
@@ -62,8 +61,7 @@ void TestSignals::terminated()
 
 void TestSignals::ignoredSignalStaysIgnored()
 {
-    Bench bench;
-    write(bench.in(u"a.pdf"_s), samplePdf());
+    Bench bench(samplePdf());
     bench.setStandin(u"wait"_s);
     const QString driver = Bench::driver(Bench::Confined);
     const auto process = bench.start(

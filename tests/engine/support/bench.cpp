@@ -18,6 +18,12 @@ Bench::Bench()
     environment.insert(u"STANDIN_GHOSTSCRIPT"_s, ghostscript());
 }
 
+Bench::Bench(const QByteArray &original)
+    : Bench()
+{
+    write(in(u"a.pdf"_s), original);
+}
+
 QString Bench::in(const QString &name) const
 {
     return m_folder.filePath("in/"_L1 + name);
@@ -120,4 +126,9 @@ QStringList Bench::engines() const
         return !contentOf("/proc/"_L1 + process + "/environ"_L1).contains(own);
     });
     return processes;
+}
+
+QStringList lineOf(const Bench &bench, const QStringList &moreSwitches, const QString &mark)
+{
+    return Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), moreSwitches, mark);
 }

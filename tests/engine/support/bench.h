@@ -26,6 +26,8 @@ public:
     static constexpr auto soundDisk = "sound-disk";
 
     Bench();
+    /// With an original in it, a.pdf.
+    explicit Bench(const QByteArray &original);
 
     [[nodiscard]] QString in(const QString &name = {}) const;
     [[nodiscard]] QString out(const QString &name = {}) const;
@@ -69,3 +71,7 @@ public:
 private:
     QTemporaryDir m_folder;
 };
+
+/// The window's line for the original a.pdf of the bench and a copy of that name.
+QStringList lineOf(const Bench &bench, const QStringList &moreSwitches = {},
+                   const QString &mark = {});

@@ -2,6 +2,7 @@
 
 #include "batch/input/inputlist.h"
 #include "batch/refusal.h"
+#include "support/files.h"
 
 #include <QDir>
 #include <QFile>
@@ -63,9 +64,7 @@ void TestBatchInputList::add(const QString &name) const
 
 void TestBatchInputList::addList(const QByteArray &content) const
 {
-    QFile list(m_folder->filePath("list"));
-    QVERIFY(list.open(QIODevice::WriteOnly));
-    list.write(content);
+    write(m_folder->filePath("list"), content);
 }
 
 // Relative to the folder again.

@@ -9,9 +9,9 @@
 #include "batch/work/processors.h"
 #include "core/commandline.h"
 #include "core/engineswitches.h"
+#include "support/files.h"
 
 #include <QDir>
-#include <QFile>
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QTemporaryDir>
@@ -189,9 +189,7 @@ void TestBatchPieces::quota()
     for (const QString &content : files) {
         const QString path = mount.filePath(content.section('=', 0, 0));
         QVERIFY(QDir().mkpath(QFileInfo(path).path()));
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(content.section('=', 1).toLatin1() + '\n');
+        write(path, content.section('=', 1).toLatin1() + '\n');
     }
     QCOMPARE(batch::processorQuota(groups, mount.path()).value_or(0), expected);
 }

@@ -3,6 +3,7 @@
 #include "batch/refusal.h"
 #include "batch/report/recovery.h"
 #include "batch/report/reportfile.h"
+#include "support/files.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -56,8 +57,7 @@ private slots:
 
 private:
     QString path(const QString &name) const { return m_folder->filePath(name); }
-    void put(const QString &name, const QByteArray &content) const;
-    QByteArray contentOf(const QString &name) const;
+    void put(const QString &name, const QByteArray &content) const { write(path(name), content); }
 
     std::unique_ptr<QTemporaryDir> m_folder;
 };
@@ -65,19 +65,6 @@ private:
 void TestBatchReport::init()
 {
     m_folder = std::make_unique<QTemporaryDir>();
-}
-
-void TestBatchReport::put(const QString &name, const QByteArray &content) const
-{
-    QFile file(path(name));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(content);
-}
-
-QByteArray TestBatchReport::contentOf(const QString &name) const
-{
-    QFile file(path(name));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(absent)");
 }
 
 void TestBatchReport::lineIsAsDocumented()
@@ -160,7 +147,7 @@ void TestBatchReport::cutOffEndGoes()
         ReportFile report(path("report"), true);
         QVERIFY(report.history().begun.contains("a"));
         QVERIFY(report.appendSafely(batch::releaseLine("a", "A")));
-        QCOMPARE(contentOf("report"), whole + batch::releaseLine("a", "A"));
+        QCOMPARE(contentOf(path("report")), whole + batch::releaseLine("a", "A"));
     }
 }
 
@@ -169,7 +156,7 @@ void TestBatchReport::resumesWithoutAReport()
     ReportFile report(path("report"), true);
     QVERIFY(report.history().results.isEmpty());
     QVERIFY(report.append("x\n"));
-    QCOMPARE(contentOf("report"), "x\n");
+    QCOMPARE(contentOf(path("report")), "x\n");
 }
 
 void TestBatchReport::refusals_data()
@@ -202,7 +189,7 @@ void TestBatchReport::refusals()
         QCOMPARE(refusal.text(), expected.replace("@REPORT", path("report")));
         QCOMPARE(refusal.code(), batch::ExitCode::usage);
     }
-    QCOMPARE(contentOf("report"), content);
+    QCOMPARE(contentOf(path("report")), content);
 }
 
 void TestBatchReport::oneRunAtATime()

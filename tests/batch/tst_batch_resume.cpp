@@ -2,6 +2,7 @@
 
 #include "program.h"
 #include "support/fakeengine.h"
+#include "support/files.h"
 #include "support/sandbox.h"
 
 #include <QFile>
@@ -51,9 +52,7 @@ BatchEnd TestBatchResume::resume(const QStringList &words) const
 
 void TestBatchResume::putReport(const QByteArray &lines) const
 {
-    QFile report(m_report);
-    QVERIFY(report.open(QIODevice::WriteOnly));
-    report.write("{\"event\":\"run\",\"program\":\"corvane-batch\"}\n" + lines);
+    write(m_report, "{\"event\":\"run\",\"program\":\"corvane-batch\"}\n" + lines);
 }
 
 QByteArray TestBatchResume::line(const char *event, const QString &input,

@@ -3,6 +3,7 @@
 #include "batch/work/processors.h"
 #include "program.h"
 #include "support/fakeengine.h"
+#include "support/files.h"
 #include "support/sandbox.h"
 
 #include <QDir>
@@ -299,15 +300,13 @@ void TestBatchRun::settingsByName()
     m_sandbox->store("Image/ColorRes", "99"); // the window's own, which do not count
     const QString folder = m_sandbox->outputPath("set up");
     QVERIFY(QDir().mkdir(folder));
-    QFile settings(folder + "/scans.ini");
-    QVERIFY(settings.open(QIODevice::WriteOnly));
-    settings.write("[Image]\nColorRes=123\nGrayRes=124\n");
-    settings.close();
+    const QString settings = folder + "/scans.ini";
+    write(settings, "[Image]\nColorRes=123\nGrayRes=124\n");
     writeZeros(folder + "/pdfinfo.txt", 10);
-    QCOMPARE(run({"--settings", settings.fileName(), "--set", "Image/GrayRes=125",
-                  m_sandbox->addInput("a.pdf")})
-                 .status,
-             0);
+    QCOMPARE(
+        run({"--settings", settings, "--set", "Image/GrayRes=125", m_sandbox->addInput("a.pdf")})
+            .status,
+        0);
     const QStringList start = m_engine->starts().value(0);
     QVERIFY(start.contains("-dColorImageResolution=123"));
     QVERIFY(start.contains("-dGrayImageResolution=125"));
@@ -463,10 +462,8 @@ void TestBatchRun::summary()
     QCOMPARE(runBatch(FAKE_BATCH, {"--summary", second}).status, 0);
 
     // The same report once more, and a file that was begun and no more.
-    QFile file(second);
-    QVERIFY(file.open(QIODevice::Append));
-    file.write("{\"event\":\"start\",\"input\":\"/in/x.pdf\",\"output\":\"/out/x.pdf\"}\n");
-    file.close();
+    write(second, contentOf(second) + "{\"event\":\"start\",\"input\":\"/in/x.pdf\","
+                                      "\"output\":\"/out/x.pdf\"}\n");
     end = runBatch(FAKE_BATCH, {"--summary", "--json", second, second});
     QCOMPARE(end.errors, "corvane-batch: /in/x.pdf: begun and not done\n"
                          "corvane-batch: " +

@@ -2,6 +2,7 @@
 
 #include "program.h"
 #include "support/fakeengine.h"
+#include "support/files.h"
 #include "support/sandbox.h"
 
 #include <QDir>
@@ -136,9 +137,7 @@ void TestBatchUsage::refusals()
     const Sandbox sandbox;
     const FakeEngine engine;
     sandbox.addInput("a.pdf");
-    QFile lines(sandbox.inputFolder() + "/lines");
-    QVERIFY(lines.open(QIODevice::WriteOnly) && lines.write("a.pdf\nb.pdf\n") > 0);
-    lines.close();
+    write(sandbox.inputFolder() + "/lines", "a.pdf\nb.pdf\n");
     const QString root = QFileInfo(sandbox.inputFolder()).path();
     const QStringList before = tree(root);
     const BatchEnd end = runBatch(FAKE_BATCH, filledIn(words, sandbox));
@@ -206,11 +205,8 @@ void TestBatchUsage::engineWithoutGhostscript()
     const Sandbox sandbox;
     const QString alone = sandbox.inputFolder() + "/corvane-batch";
     QVERIFY(QFile::copy(BATCH, alone));
-    QFile engine(sandbox.inputFolder() + "/corvgs");
-    QVERIFY(engine.open(QIODevice::WriteOnly));
-    engine.write("#!/bin/sh\necho 'corvgs: Ghostscript gs: No such file' >&2\nexit 127\n");
-    engine.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    engine.close();
+    writeProgram(sandbox.inputFolder() + "/corvgs",
+                 "#!/bin/sh\necho 'corvgs: Ghostscript gs: No such file' >&2\nexit 127\n");
     const BatchEnd end =
         runBatch(alone, {"--output", sandbox.outputFolder(), sandbox.addInput("a.pdf")});
     QCOMPARE(end.errors,

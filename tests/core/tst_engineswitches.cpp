@@ -151,50 +151,36 @@ void TestEngineSwitches::imagePiece()
 
 void TestEngineSwitches::resolutions_data()
 {
-    QTest::addColumn<QString>("colour");
-    QTest::addColumn<QString>("gray");
-    QTest::addColumn<QString>("mono");
-    QTest::addColumn<QString>("colourPiece");
-    QTest::addColumn<QString>("grayPiece");
-    QTest::addColumn<QString>("monoPiece");
+    QTest::addColumn<QStringList>("stored"); // colour, gray, mono
+    QTest::addColumn<QStringList>("sent");
 
-    QTest::newRow("numbers") << u"72"_s << u"96"_s << u"600"_s << u" -dColorImageResolution=72"_s
-                             << u" -dGrayImageResolution=96"_s << u" -dMonoImageResolution=600"_s;
-    QTest::newRow("colour empty, mono 200: mono falls back")
-        << u""_s << u"96"_s << u"200"_s << u" -dColorImageResolution=150"_s
-        << u" -dGrayImageResolution=96"_s << u" -dMonoImageResolution=300"_s;
-    QTest::newRow("colour 96, mono empty: mono is empty")
-        << u"96"_s << u"96"_s << u""_s << u" -dColorImageResolution=96"_s
-        << u" -dGrayImageResolution=96"_s << u" -dMonoImageResolution="_s;
-    QTest::newRow("blanks count as empty")
-        << u"  "_s << u" "_s << u"  "_s << u" -dColorImageResolution=150"_s
-        << u" -dGrayImageResolution=150"_s << u" -dMonoImageResolution=300"_s;
-    QTest::newRow("a tabulator does not")
-        << u"\t"_s << u"\t"_s << u""_s << u" -dColorImageResolution=\t"_s
-        << u" -dGrayImageResolution=\t"_s << u" -dMonoImageResolution="_s;
-    QTest::newRow("blanks are kept")
-        << u"1 2 0"_s << u" 120 "_s << u"3 00"_s << u" -dColorImageResolution=1 2 0"_s
-        << u" -dGrayImageResolution= 120 "_s << u" -dMonoImageResolution=3 00"_s;
-    QTest::newRow("anything goes")
-        << u"abc"_s << u"-1"_s << u"1e3"_s << u" -dColorImageResolution=abc"_s
-        << u" -dGrayImageResolution=-1"_s << u" -dMonoImageResolution=1e3"_s;
+    const auto row = [](const char *name, const QStringList &stored, const QStringList &sent) {
+        QTest::newRow(name) << stored << sent;
+    };
+    row("numbers", {u"72"_s, u"96"_s, u"600"_s}, {u"72"_s, u"96"_s, u"600"_s});
+    row("colour empty, mono 200: mono falls back", {u""_s, u"96"_s, u"200"_s},
+        {u"150"_s, u"96"_s, u"300"_s});
+    row("colour 96, mono empty: mono is empty", {u"96"_s, u"96"_s, u""_s},
+        {u"96"_s, u"96"_s, u""_s});
+    row("blanks count as empty", {u"  "_s, u" "_s, u"  "_s}, {u"150"_s, u"150"_s, u"300"_s});
+    row("a tabulator does not", {u"\t"_s, u"\t"_s, u""_s}, {u"\t"_s, u"\t"_s, u""_s});
+    row("blanks are kept", {u"1 2 0"_s, u" 120 "_s, u"3 00"_s},
+        {u"1 2 0"_s, u" 120 "_s, u"3 00"_s});
+    row("anything goes", {u"abc"_s, u"-1"_s, u"1e3"_s}, {u"abc"_s, u"-1"_s, u"1e3"_s});
 }
 
 void TestEngineSwitches::resolutions()
 {
-    QFETCH(QString, colour);
-    QFETCH(QString, gray);
-    QFETCH(QString, mono);
-    QFETCH(QString, colourPiece);
-    QFETCH(QString, grayPiece);
-    QFETCH(QString, monoPiece);
+    QFETCH(QStringList, stored);
+    QFETCH(QStringList, sent);
     core::Values values = defaults();
-    values.insert(u"Image/ColorRes"_s, colour);
-    values.insert(u"Image/GrayRes"_s, gray);
-    values.insert(u"Image/MonoRes"_s, mono);
-    QCOMPARE(core::imageSwitches(values), colourType + colourPiece + colourFilter + grayType +
-                                              grayPiece + grayFilter + monoType + monoPiece +
-                                              monoFilter);
+    values.insert(u"Image/ColorRes"_s, stored[0]);
+    values.insert(u"Image/GrayRes"_s, stored[1]);
+    values.insert(u"Image/MonoRes"_s, stored[2]);
+    QCOMPARE(core::imageSwitches(values),
+             colourType + " -dColorImageResolution="_L1 + sent[0] + colourFilter + grayType +
+                 " -dGrayImageResolution="_L1 + sent[1] + grayFilter + monoType +
+                 " -dMonoImageResolution="_L1 + sent[2] + monoFilter);
     // The pieces that the rows above replace.
     QCOMPARE(core::imageSwitches(defaults()),
              QString(colourType + colourRes + colourFilter + grayType + grayRes + grayFilter +

@@ -1,6 +1,7 @@
 // The built program, as its user starts it.
 
 #include "support/bound.h"
+#include "support/files.h"
 #include "support/tools.h"
 
 #include <QDir>
@@ -9,16 +10,6 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
-
-namespace {
-
-QByteArray readAll(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-} // namespace
 
 class TestProgram : public QObject
 {
@@ -75,8 +66,8 @@ void TestProgram::startsFromAnywhere()
     QVERIFY(program.waitForStarted(bound));
     const QString self = QString("/proc/%1/").arg(program.processId());
     // The last picture of the window is a JPEG: its plug-in is loaded when the window is built.
-    QTRY_VERIFY_WITH_TIMEOUT(readAll(self + "maps").contains("libqjpeg"), bound);
-    QTRY_VERIFY_WITH_TIMEOUT(readAll(self + "maps").contains("libqico"), bound);
+    QTRY_VERIFY_WITH_TIMEOUT(contentOf(self + "maps").contains("libqjpeg"), bound);
+    QTRY_VERIFY_WITH_TIMEOUT(contentOf(self + "maps").contains("libqico"), bound);
     QCOMPARE(QFileInfo(self + "cwd").symLinkTarget(), QFileInfo(m_program).path());
     program.terminate();
     QVERIFY(program.waitForFinished(bound));
@@ -98,9 +89,9 @@ void TestProgram::pluginsAreThoseOfItsTree()
     QVERIFY(program.waitForStarted(bound));
     const QString maps = QString("/proc/%1/maps").arg(program.processId());
     for (const char *plugin : {"libqjpeg.so", "libqico.so"}) {
-        QTRY_VERIFY_WITH_TIMEOUT(readAll(maps).contains(plugin), bound);
+        QTRY_VERIFY_WITH_TIMEOUT(contentOf(maps).contains(plugin), bound);
         const QByteArray from = tree.path().toUtf8() + "/Plugins/";
-        for (const QByteArray &line : readAll(maps).split('\n'))
+        for (const QByteArray &line : contentOf(maps).split('\n'))
             QVERIFY2(!line.contains(plugin) || line.contains(from), line);
     }
     program.terminate();

@@ -1,6 +1,7 @@
 // The main job with the real engine: what comes out is looked at with other people's tools.
 
 #include "src/process.h"
+#include "support/files.h"
 #include "support/pdftools.h"
 #include "support/sandbox.h"
 #include "support/tools.h"
@@ -161,10 +162,7 @@ void TestSamples::notAPdf()
 {
     QFETCH(QByteArray, content);
     const QString bad = m_sandbox->inputFolder() + "/bad.pdf";
-    QFile file(bad);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(content);
-    file.close();
+    write(bad, content);
     QCOMPARE(compress({bad, copySample("text.pdf", "good.pdf")}), QStringList({failed, succeed}));
     QCOMPARE(contentOf(bad), content);
 }

@@ -6,6 +6,7 @@
 #include "desktop.h"
 #include "form.h"
 #include "support/bound.h"
+#include "support/files.h"
 #include "support/pdftools.h"
 #include "support/sandbox.h"
 #include "support/tools.h"
@@ -83,10 +84,8 @@ void TestWayland::cleanupTestCase()
 
 void TestWayland::startCompositor()
 {
-    QFile settings(m_runtime.filePath("weston.ini"));
-    QVERIFY(settings.open(QIODevice::WriteOnly));
-    settings.write(compositorSettings);
-    settings.close();
+    const QString settings = m_runtime.filePath("weston.ini");
+    write(settings, compositorSettings);
     QProcessEnvironment environment = m_desktop->environment();
     environment.insert("XDG_RUNTIME_DIR", m_runtime.path());
     m_compositor.setProcessEnvironment(environment);
@@ -95,7 +94,7 @@ void TestWayland::startCompositor()
     m_compositor.start("weston",
                        {"--backend=x11-backend.so", "--use-pixman", "--width=1000", "--height=800",
                         "--socket=corvane", "--log=" + m_runtime.filePath("log"),
-                        "--config=" + settings.fileName()});
+                        "--config=" + settings});
     QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_runtime.filePath("corvane")), bound);
     QTRY_COMPARE_WITH_TIMEOUT(m_desktop->windows().size(), 1, bound);
     QTRY_VERIFY_WITH_TIMEOUT(m_desktop->windows().value(0).active, bound);

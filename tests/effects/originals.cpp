@@ -1,21 +1,14 @@
 #include "originals.h"
 
+#include "support/files.h"
 #include "support/tools.h"
 
-#include <QFile>
 #include <QRandomGenerator>
 #include <QTemporaryFile>
 
 namespace originals {
 
 namespace {
-
-void writeWhole(const QString &path, const QByteArray &data)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(data) != data.size())
-        qFatal("cannot write %s", qPrintable(path));
-}
 
 // Numbers its objects from 1 in the order in which they are added.
 class Pdf
@@ -112,7 +105,7 @@ void writeImages(const QString &path, Motif motif)
     addImage(pdf, motif, 2 * imageDpi, "DeviceRGB", 3, 8);
     addImage(pdf, motif, 2 * imageDpi, "DeviceGray", 1, 8);
     addImage(pdf, motif, 4 * imageDpi, "DeviceGray", 1, 1);
-    writeWhole(path, pdf.finished());
+    write(path, pdf.finished());
 }
 
 // The copy must be larger than what the window takes for a failure even without its fonts, hence

@@ -348,9 +348,9 @@ void TestBreakout::wrapper()
         Bench bench;
         prepare(bench);
         const QString script = bench.home(u"gs"_s);
-        write(script, "#! /bin/sh -e\nname=$(basename \"$0\"); echo \"$name\" | tr g G\nexec '" +
-                          Bench::ghostscript().toUtf8() + "' \"$@\"\n");
-        QVERIFY(QFile::setPermissions(script, QFile::ReadOwner | QFile::ExeOwner));
+        writeProgram(script,
+                     "#! /bin/sh -e\nname=$(basename \"$0\"); echo \"$name\" | tr g G\nexec '" +
+                         Bench::ghostscript().toUtf8() + "' \"$@\"\n");
         bench.environment.insert(u"DRIVER_GHOSTSCRIPT"_s, script);
         const Run run =
             bench.run(lineOf(bench, {u"-sUserPassword=sesame"_s}), Bench::driver(confinement));
@@ -380,11 +380,9 @@ void TestBreakout::wrapperIsConfined()
         prepare(bench);
         const QString script = bench.home(u"gs"_s);
         const QString program = bench.home(u"program"_s);
-        write(script,
-              "#!/bin/sh\nif " + filled(command, bench).toUtf8() + "\nthen exit 10\nfi\nexit 20\n");
-        write(program, "#!/bin/sh\n");
-        for (const QString &file : {script, program})
-            QVERIFY(QFile::setPermissions(file, QFile::ReadOwner | QFile::ExeOwner));
+        writeProgram(script, "#!/bin/sh\nif " + filled(command, bench).toUtf8() +
+                                 "\nthen exit 10\nfi\nexit 20\n");
+        writeProgram(program, "#!/bin/sh\n");
         bench.environment.insert(u"DRIVER_GHOSTSCRIPT"_s, script);
         const Run run = bench.run(lineOf(bench), Bench::driver(confinement));
         QCOMPARE(run.status, confinement == Bench::Confined ? 20 : 10);

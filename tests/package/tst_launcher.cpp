@@ -1,6 +1,7 @@
 // The launcher's choice of a folder for temporary files. A shell script in the program's place
 // prints what it was given.
 
+#include "support/files.h"
 #include "support/tools.h"
 
 #include <QDir>
@@ -68,11 +69,7 @@ void TestLauncher::init()
     makeFolder(path("launcher"), 0755);
     makeFolder(path("bin"), 0755);
     QVERIFY(QFile::copy(LAUNCHER, path("launcher/corvane")));
-    QFile program(path("bin/corvane"));
-    QVERIFY(program.open(QFile::WriteOnly));
-    program.write("#!/bin/sh\nprintf '%s\\0' \"$TMPDIR\" \"$@\"\n");
-    program.close();
-    QVERIFY(program.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    writeProgram(path("bin/corvane"), "#!/bin/sh\nprintf '%s\\0' \"$TMPDIR\" \"$@\"\n");
 }
 
 // The TMPDIR that the program got, then its arguments.

@@ -3,6 +3,7 @@
 
 #include "enginecount.h"
 #include "src/process.h"
+#include "support/files.h"
 #include "support/sandbox.h"
 #include "support/windowuser.h"
 
@@ -126,9 +127,7 @@ void TestSoak::makeInputs() const
     QCOMPARE(ghostscript.exitCode(), 0);
     for (int number = brokenEvery; number <= m_count; number += brokenEvery) {
         const QByteArray pdf = contentOf(inputPath(number));
-        QFile file(inputPath(number));
-        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        file.write(broken(pdf, number));
+        write(inputPath(number), broken(pdf, number));
     }
     QVERIFY(QFile::exists(inputPath(m_count)));
 }

@@ -23,6 +23,13 @@ void writeZeros(const QString &path, qint64 size)
         qFatal("cannot write %s", qPrintable(path));
 }
 
+void writeProgram(const QString &path, const QByteArray &script)
+{
+    write(path, script);
+    if (!QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner))
+        qFatal("cannot make %s executable", qPrintable(path));
+}
+
 QStringList namesIn(const QString &folder)
 {
     return QDir(folder).entryList(

@@ -1,5 +1,7 @@
 #include "programtree.h"
 
+#include "support/files.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -33,10 +35,6 @@ void ProgramTree::holdEngines(bool hold) const
     const QString real = engine() + ".real";
     if (!QFile::exists(real) && !QFile::rename(engine(), real))
         qFatal("no engine to hold");
-    QFile script(engine());
-    if (!script.open(QIODevice::WriteOnly | QIODevice::Truncate))
-        qFatal("no place for a script");
-    script.write(hold ? "#!/bin/sh\nkill -STOP $$\nexec \"$0.real\" \"$@\"\n"
-                      : "#!/bin/sh\nexec \"$0.real\" \"$@\"\n");
-    script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    writeProgram(engine(), hold ? "#!/bin/sh\nkill -STOP $$\nexec \"$0.real\" \"$@\"\n"
+                                : "#!/bin/sh\nexec \"$0.real\" \"$@\"\n");
 }

@@ -3,9 +3,9 @@
 #include "childprocess.h"
 
 #include "support/bound.h"
+#include "support/files.h"
 #include "support/processes.h"
 
-#include <QFile>
 #include <QTest>
 
 #include <algorithm>
@@ -18,12 +18,6 @@ constexpr int silence = 1000; // ms
 
 constexpr auto mainTitle = "Corvane";
 constexpr auto optionsTitle = "Option";
-
-QByteArray readAll(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 bool isGreen(QRgb pixel)
 {
@@ -347,7 +341,7 @@ void User::resumeEngine() const
 
 QList<qint64> childrenOf(qint64 process)
 {
-    const QByteArray list = readAll(QString("/proc/%1/task/%1/children").arg(process));
+    const QByteArray list = contentOf(QString("/proc/%1/task/%1/children").arg(process));
     QList<qint64> all;
     for (const QByteArray &number : list.simplified().split(' ')) {
         if (!number.isEmpty())
@@ -358,6 +352,6 @@ QList<qint64> childrenOf(qint64 process)
 
 char stateOf(qint64 process)
 {
-    const QByteArray stat = readAll(QString("/proc/%1/stat").arg(process));
+    const QByteArray stat = contentOf(QString("/proc/%1/stat").arg(process));
     return stat.isEmpty() ? '\0' : stat[stat.lastIndexOf(')') + 2];
 }

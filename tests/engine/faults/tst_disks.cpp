@@ -109,9 +109,8 @@ void TestDisks::everySize()
     QVERIFY(QFile::copy(QStringLiteral(SAMPLES_FOLDER "/text.pdf"), bench.in(u"a.pdf"_s)));
     const QString saved = bench.home(u"copy.pdf"_s);
     const QString corvgs = bench.home(u"corvgs"_s);
-    write(corvgs, "#!/bin/sh\n'" + Bench::corvgs().toUtf8() + "' \"$@\" && cp '" +
-                      bench.out(u"a.pdf"_s).toUtf8() + "' '" + saved.toUtf8() + "'\n");
-    QVERIFY(QFile::setPermissions(corvgs, QFile::ReadOwner | QFile::ExeOwner));
+    writeProgram(corvgs, "#!/bin/sh\n'" + Bench::corvgs().toUtf8() + "' \"$@\" && cp '" +
+                             bench.out(u"a.pdf"_s).toUtf8() + "' '" + saved.toUtf8() + "'\n");
     const Run run = runOnTinyDisk(bench, u"size=%1k"_s.arg(kibibytes),
                                   inOutput ? bench.out() : bench.temporary(), corvgs);
     QVERIFY(run.status >= 0 && run.status != 99);

@@ -3,7 +3,6 @@
 #include "samples.h"
 
 #include <QDir>
-#include <QFile>
 #include <QProcess>
 #include <QTest>
 
@@ -39,9 +38,8 @@ private slots:
 Run TestEndings::runScript(Bench &bench, const QByteArray &commands)
 {
     const QString script = bench.home(u"gs"_s);
-    write(script,
-          "#!/bin/sh\n" + commands + "\nexec '" + Bench::ghostscript().toUtf8() + "' \"$@\"\n");
-    QFile::setPermissions(script, QFile::ReadOwner | QFile::ExeOwner);
+    writeProgram(script, "#!/bin/sh\n" + commands + "\nexec '" + Bench::ghostscript().toUtf8() +
+                             "' \"$@\"\n");
     bench.environment.insert(u"DRIVER_GHOSTSCRIPT"_s, script);
     return bench.run(lineOf(bench), Bench::driver(Bench::Unconfined));
 }

@@ -1,5 +1,6 @@
 #include "engine/files/inputfile.h"
 #include "engine/system/failure.h"
+#include "support/files.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -32,10 +33,7 @@ private:
 void TestInputFile::init()
 {
     m_folder = std::make_unique<QTemporaryDir>();
-    QFile file(path(u"a"_s));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write("content"), 7);
-    file.close();
+    write(path(u"a"_s), "content");
     setTime(path(u"a"_s), 1'000'000);
 }
 
@@ -92,10 +90,7 @@ void TestInputFile::changed()
     QFETCH(QByteArray, content);
     QFETCH(qint64, time);
     const engine::InputFile input(path(u"a"_s).toStdString());
-    QFile file(path(u"a"_s));
-    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    QCOMPARE(file.write(content), content.size());
-    file.close();
+    write(path(u"a"_s), content);
     setTime(path(u"a"_s), time);
     QVERIFY_THROWS_EXCEPTION(engine::Failure, input.expectUnchanged());
 }

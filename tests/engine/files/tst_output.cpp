@@ -4,6 +4,7 @@
 #include "engine/files/runfolder.h"
 #include "engine/system/failure.h"
 #include "engine/system/writing.h"
+#include "support/files.h"
 
 #include <QDir>
 #include <QFile>
@@ -65,8 +66,6 @@ private:
     [[nodiscard]] QStringList names() const;
     [[nodiscard]] QStringList recorded() const;
     [[nodiscard]] Output output() const;
-    static void write(const QString &path, const QByteArray &content);
-    static QByteArray contentOf(const QString &path);
     static int statusOf(const std::function<void()> &act);
 
     std::unique_ptr<QTemporaryDir> m_folder;
@@ -109,19 +108,6 @@ QStringList TestOutput::recorded() const
 Output TestOutput::output() const
 {
     return Output(path().toStdString(), *m_record);
-}
-
-void TestOutput::write(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(content), content.size());
-}
-
-QByteArray TestOutput::contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 // Of the failure; 0 if there is none.

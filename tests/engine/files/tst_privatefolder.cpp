@@ -1,4 +1,5 @@
 #include "engine/files/privatefolder.h"
+#include "support/files.h"
 
 #include <QDir>
 #include <QFile>
@@ -61,11 +62,8 @@ void TestPrivateFolder::workSize()
 {
     const engine::PrivateFolder folder;
     QCOMPARE(folder.workSize(), std::uintmax_t(0));
-    for (const auto &[name, size] : {std::pair("a", 10), std::pair("b", 7000)}) {
-        QFile file(QString::fromStdString(folder.workFolder() / name));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QCOMPARE(file.write(QByteArray(size, 'x')), size);
-    }
+    for (const auto &[name, size] : {std::pair("a", 10), std::pair("b", 7000)})
+        writeZeros(QString::fromStdString(folder.workFolder() / name), size);
     QVERIFY(QFile::link(u"/nowhere"_s, QString::fromStdString(folder.workFolder() / "dangling")));
     QCOMPARE(folder.workSize(), std::uintmax_t(7010));
 }

@@ -3,6 +3,7 @@
 #include "engine/files/record.h"
 #include "engine/files/runfolder.h"
 #include "engine/system/failure.h"
+#include "support/files.h"
 
 #include <QDir>
 #include <QFile>
@@ -32,7 +33,6 @@ private slots:
 private:
     [[nodiscard]] QString path(const QString &name) const { return m_folder->filePath(name); }
     [[nodiscard]] Record record() const { return {m_run.toStdString(), m_descriptor}; }
-    static void write(const QString &path, const QByteArray &content);
     static void identify(const Record &record, Recorded file, const QString &path);
     void clear() const { engine::clearRecorded(m_run.toStdString()); }
 
@@ -46,13 +46,6 @@ void TestRecord::init()
     m_folder = std::make_unique<QTemporaryDir>();
     m_run = path(u"run"_s);
     QVERIFY(QDir().mkdir(m_run));
-}
-
-void TestRecord::write(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(content), content.size());
 }
 
 void TestRecord::identify(const Record &record, Recorded file, const QString &path)
@@ -123,9 +116,7 @@ void TestRecord::betweenTwoNames()
              0);
     clear();
     QVERIFY(!QFile::exists(draft));
-    QFile whole(copy);
-    QVERIFY(whole.open(QIODevice::ReadOnly));
-    QCOMPARE(whole.readAll(), QByteArray("whole"));
+    QCOMPARE(contentOf(copy), QByteArray("whole"));
 }
 
 // What a run holds that is at work stays; once nobody holds it, it goes.

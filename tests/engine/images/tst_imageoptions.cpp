@@ -48,6 +48,15 @@ const QString colour = u"-dColorImageDownsampleType=/Bicubic -dColorImageResolut
 const QString gray = u"-dGrayImageDownsampleType=/Average -dGrayImageResolution=100"_s;
 const QString mono = u"-dMonoImageDownsampleType=/Bicubic -dMonoImageResolution=300"_s;
 
+const QString resolution = u" -dMonoImageResolution=300"_s;
+const QString flate = u" -dAutoFilterMonoImages=false -dMonoImageFilter=/FlateEncode"_s;
+const QString grayToo = u" -dDownsampleGrayImages=true"_s;
+
+void row(const char *name, const QString &line, const QString &words)
+{
+    QTest::newRow(name) << line << words;
+}
+
 } // namespace
 
 class TestImageOptions : public QObject
@@ -110,16 +119,9 @@ void TestImageOptions::albumWords_data()
 {
     QTest::addColumn<QString>("line");
     QTest::addColumn<QString>("words");
-    const QString own = u" -dDownsampleMonoImages=false -dAutoFilterMonoImages=false"
-                        " -dMonoImageFilter=/FlateEncode"_s;
+    const QString own = u" -dDownsampleMonoImages=false"_s + flate;
     const QString always = u" -dMaxInlineImageSize=0 -dAutoRotatePages=/None"_s;
-    const QString grayToo = u" -dDownsampleGrayImages=true"_s;
-    const QString flate = u" -dAutoFilterMonoImages=false -dMonoImageFilter=/FlateEncode"_s;
-    const QString resolution = u" -dMonoImageResolution=300"_s;
     const QString subsample = u" -dMonoImageDownsampleType=/Subsample -dMonoImageResolution=300"_s;
-    const auto row = [](const char *name, const QString &line, const QString &words) {
-        QTest::newRow(name) << line << words;
-    };
     const QString base = u"-q -dSAFER "_s;
     row("gray", base + gray, base + gray + own + grayToo + always);
     row("gray, closed", base + u"-dDownsampleGrayImages=false"_s,
@@ -149,14 +151,7 @@ void TestImageOptions::rewritingWords_data()
 {
     QTest::addColumn<QString>("line");
     QTest::addColumn<QString>("words");
-    const QString once = u" -dAutoFilterMonoImages=false -dMonoImageFilter=/FlateEncode"
-                         " -dDownsampleMonoImages=false"_s;
-    const QString grayToo = u" -dDownsampleGrayImages=true"_s;
-    const QString flate = u" -dAutoFilterMonoImages=false -dMonoImageFilter=/FlateEncode"_s;
-    const QString resolution = u" -dMonoImageResolution=300"_s;
-    const auto row = [](const char *name, const QString &line, const QString &words) {
-        QTest::newRow(name) << line << words;
-    };
+    const QString once = flate + u" -dDownsampleMonoImages=false"_s;
     const QString base = u"-q -dPDFA "_s;
     row("no images page", base.trimmed(), base.trimmed());
     row("gray", base + gray, base + gray + once + grayToo);

@@ -222,11 +222,8 @@ void TestProof::mutants()
 {
     QFETCH(QByteArray, meant);
     QFETCH(QByteArray, copied);
-    documents::Parts parts;
-    parts.content = meant;
-    const QByteArray original = documents::withParts(parts);
-    parts.content = copied;
-    const QByteArray copy = documents::withParts(parts);
+    const QByteArray original = documents::withParts({.content = meant});
+    const QByteArray copy = documents::withParts({.content = copied});
     for (const double resolution : {comparisonResolution(150), comparisonResolution(1)}) {
         ProofSettings drawn = settings();
         drawn.resolution = resolution;
@@ -281,11 +278,8 @@ void TestProof::mutantsOfRewriting()
     QFETCH(QByteArray, meant);
     QFETCH(QByteArray, copied);
     QFETCH(bool, withOtherFonts);
-    documents::Parts parts;
-    parts.content = meant;
-    const QByteArray original = documents::withParts(parts);
-    parts.content = copied;
-    const QByteArray copy = documents::withParts(parts);
+    const QByteArray original = documents::withParts({.content = meant});
+    const QByteArray copy = documents::withParts({.content = copied});
     const auto found = [&](Likeness likeness) {
         return failed(prove(copy, original, {font(5)}, settings(), {}, likeness));
     };
@@ -312,11 +306,8 @@ void TestProof::soundRewriting_data()
 void TestProof::soundRewriting()
 {
     QFETCH(QByteArray, content);
-    const Bench bench;
-    documents::Parts parts;
-    parts.content = content;
-    const QByteArray original = documents::withParts(parts);
-    write(bench.in("a.pdf"), original);
+    const QByteArray original = documents::withParts({.content = content});
+    const Bench bench(original);
     tools::outputOf(Bench::ghostscript(),
                     {"-q", "-dBATCH", "-dNOPAUSE", "-sDEVICE=pdfwrite",
                      "-sColorConversionStrategy=RGB", "-sOutputFile=" + bench.out("a.pdf"),

@@ -11,12 +11,12 @@ namespace documents {
 /// page's, objects are numbered from 6, catalogue entries and trailer entries are added as well.
 struct Parts
 {
-    QByteArray content;
-    QByteArray resources;
-    QByteArray page;
-    QByteArray catalogue;
-    QByteArray trailer;
-    QList<QByteArray> objects;
+    QByteArray content = {};
+    QByteArray resources = {};
+    QByteArray page = {};
+    QByteArray catalogue = {};
+    QByteArray trailer = {};
+    QList<QByteArray> objects = {};
 };
 QByteArray withParts(const Parts &parts);
 

@@ -41,7 +41,6 @@ private slots:
     void lastLine();
     void lastLineKeepsLittle();
     void argumentsAreTheWindows();
-    void pathsArriveAsTheyAre();
     void tally();
     void tallyOfImpossibleSizes();
     void progress();
@@ -294,14 +293,6 @@ void TestBatchPieces::argumentsAreTheWindows()
     QCOMPARE(QStringList("corvgs") +
                  batch::engineArguments(settings, "/out/a b.pdf", "/in/a b.pdf"),
              QProcess::splitCommand(windows));
-}
-
-// The window's line loses double quotes.
-void TestBatchPieces::pathsArriveAsTheyAre()
-{
-    QCOMPARE(batch::engineArguments({.switches = " -q", .markFile = {}}, "/out/\"a\" .pdf",
-                                    "/in/\"a\" .pdf"),
-             QStringList({"-q", "-sOutputFile=/out/\"a\" .pdf", "-f", "/in/\"a\" .pdf"}));
 }
 
 void TestBatchPieces::tally()

@@ -48,7 +48,6 @@ private slots:
     void history();
     void historyKnowsTwice();
     void cutOffEndGoes();
-    void resumesWithoutAReport();
     void refusals_data();
     void refusals();
     void oneRunAtATime();
@@ -149,14 +148,6 @@ void TestBatchReport::cutOffEndGoes()
         QVERIFY(report.appendSafely(batch::releaseLine("a", "A")));
         QCOMPARE(contentOf(path("report")), whole + batch::releaseLine("a", "A"));
     }
-}
-
-void TestBatchReport::resumesWithoutAReport()
-{
-    ReportFile report(path("report"), true);
-    QVERIFY(report.history().results.isEmpty());
-    QVERIFY(report.append("x\n"));
-    QCOMPARE(contentOf(path("report")), "x\n");
 }
 
 void TestBatchReport::refusals_data()

@@ -323,6 +323,7 @@ void TestBatchRun::ownOptionsOfTheWindow()
     QCOMPARE(start.constLast(), m_sandbox->markFile());
 }
 
+// Its names arrive as they are, with the double quotes, too, that the window's line loses.
 void TestBatchRun::listFromStandardInput()
 {
     const QByteArray names = (m_sandbox->addInput("a\nb.pdf") + QChar('\0') +
@@ -332,6 +333,7 @@ void TestBatchRun::listFromStandardInput()
     const QStringList arguments = {"--output", m_sandbox->outputFolder(), "--files0-from", "-"};
     QCOMPARE(tools::run(process, FAKE_BATCH, arguments, names).status, 0);
     QCOMPARE(m_sandbox->outputs(), QStringList({"a\nb.pdf", "c \"d\".pdf"}));
+    QCOMPARE(m_engine->inputs(), QStringList({"a\nb", "c \"d\""}));
 }
 
 void TestBatchRun::shards()

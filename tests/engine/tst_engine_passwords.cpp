@@ -38,6 +38,7 @@ private slots:
     void permissions_data();
     void permissions();
     void permissionsWithoutAPassword();
+    void withoutReader();
     void processListOfTheEngine();
     void processListOfCorvgs();
 };
@@ -198,6 +199,31 @@ void TestPasswords::permissionsWithoutAPassword()
     const Run run = bench.run(lineOf(bench, {u"-dPermissions=-64"_s}));
     QCOMPARE(run.status, 0);
     QVERIFY(encryptionOf(bench.out(u"a.pdf"_s), {}).contains("File is not encrypted"));
+}
+
+// The driver has none: nothing is touched that nobody can prove.
+void TestPasswords::withoutReader()
+{
+    const QByteArray original =
+        pdfOf({"<< /Type /Catalog /Pages 2 0 R >>", "<< /Type /Pages /Count 1 /Kids [3 0 R] >>",
+               "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 99 99] /Contents 4 0 R >>",
+               pdfStream({}, QByteArray("0 0 m 9 9 l S ").repeated(900))});
+    const Bench bench(original);
+    const QString copy = bench.out(u"a.pdf"_s);
+    const QString driver = Bench::driver(Bench::Confined);
+    const Run bare = bench.run(Bench::line(bench.in(u"a.pdf"_s), copy), driver);
+    QCOMPARE(bare.output.simplified(),
+             QByteArray("corvgs: the copy is the original: the reader that has to prove a copy "
+                        "can't read it"));
+    QCOMPARE(contentOf(copy), original);
+    QVERIFY(QFile::remove(copy));
+    const Run run =
+        bench.run(Bench::line(bench.in(u"a.pdf"_s), copy, {u"-sUserPassword=user"_s}), driver);
+    QCOMPARE(run.output.simplified(),
+             QByteArray("corvgs: nothing was made smaller: the reader that has to prove it can't "
+                        "read the document"));
+    QVERIFY2(encryptionOf(copy, u"user"_s).contains("Supplied password is user password"),
+             encryptionOf(copy, u"user"_s));
 }
 
 void TestPasswords::processListOfTheEngine()

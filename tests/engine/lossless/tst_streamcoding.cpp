@@ -11,6 +11,7 @@
 
 #include <QRandomGenerator>
 #include <QTest>
+#include <QtEndian>
 
 using Object = QPDFObjectHandle;
 
@@ -110,6 +111,20 @@ QByteArray runs(const QByteArray &bytes)
     return packed + '\x80';
 }
 
+QByteArray base85(const QByteArray &bytes)
+{
+    QByteArray letters;
+    for (qsizetype place = 0; place < bytes.size(); place += 4) {
+        const QByteArray four = bytes.mid(place, 4);
+        auto number = qFromBigEndian<quint32>(four.leftJustified(4, '\0').constData());
+        QByteArray five;
+        for (int digit = 0; digit < 5; ++digit, number /= 85)
+            five.prepend(char('!' + number % 85));
+        letters += five.left(four.size() + 1);
+    }
+    return letters + "~>";
+}
+
 // Rows as PNG has them, none predicted.
 QByteArray inRows(const QByteArray &bytes, int columns)
 {
@@ -156,6 +171,7 @@ void TestStreamCoding::smaller_data()
     QTest::newRow("in an array") << QByteArray("/Filter [/FlateDecode] /DecodeParms [null]")
                                  << fast(text);
     QTest::newRow("hexadecimal") << QByteArray("/Filter /ASCIIHexDecode") << hexadecimal(text);
+    QTest::newRow("base 85") << QByteArray("/Filter /ASCII85Decode") << base85(text);
     QTest::newRow("LZW") << QByteArray("/Filter /LZWDecode") << lzw(text);
     QTest::newRow("run lengths") << QByteArray("/Filter /RunLengthDecode") << runs(text);
     QTest::newRow("two of them") << QByteArray("/Filter [/ASCIIHexDecode /FlateDecode]")

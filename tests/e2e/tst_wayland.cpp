@@ -91,10 +91,9 @@ void TestWayland::startCompositor()
     m_compositor.setProcessEnvironment(environment);
     endsWithTheTest(m_compositor);
     m_compositor.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    m_compositor.start("weston",
-                       {"--backend=x11-backend.so", "--use-pixman", "--width=1000", "--height=800",
-                        "--socket=corvane", "--log=" + m_runtime.filePath("log"),
-                        "--config=" + settings});
+    m_compositor.start("weston", {"--backend=x11-backend.so", "--use-pixman", "--width=1000",
+                                  "--height=800", "--socket=corvane",
+                                  "--log=" + m_runtime.filePath("log"), "--config=" + settings});
     QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_runtime.filePath("corvane")), bound);
     QTRY_COMPARE_WITH_TIMEOUT(m_desktop->windows().size(), 1, bound);
     QTRY_VERIFY_WITH_TIMEOUT(m_desktop->windows().value(0).active, bound);

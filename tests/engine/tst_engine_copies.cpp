@@ -177,8 +177,8 @@ void TestCopies::endlessMarkFails()
     const Run run =
         bench.run(Bench::line(bench.in(u"a.pdf"_s), bench.out(u"a.pdf"_s), {}, bench.mark()));
     QCOMPARE(run.status, 1);
-    QCOMPARE(run.errors, "corvgs: " + bench.mark().toUtf8() +
-                             ": too long for a document information mark\n");
+    QCOMPARE(run.errors,
+             "corvgs: " + bench.mark().toUtf8() + ": too long for a document information mark\n");
     QCOMPARE(namesIn(bench.out()), QStringList());
 }
 

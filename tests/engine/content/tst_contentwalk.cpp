@@ -117,6 +117,12 @@ void TestContentWalk::told_data()
     row("Q without q", page("2 0 0 2 0 0 cm Q Q /I Do"), {"image 5 [2 0 0 2 0 0] page 0"});
     row("unit", page("/I Do", {}, {}, "/UserUnit 4"), {"image 5 [4 0 0 4 0 0] page 0"});
     row("outside", page("1 0 0 1 300 0 cm /I Do"), {"image 5 [1 0 0 1 300 0] page 0 undrawn"});
+    row("left of the page", page("50 0 0 50 -60 9 cm /I Do"),
+        {"image 5 [50 0 0 50 -60 9] page 0 undrawn"});
+    row("below the page", page("50 0 0 50 9 -60 cm /I Do"),
+        {"image 5 [50 0 0 50 9 -60] page 0 undrawn"});
+    row("across the edge", page("50 0 0 50 -40 -40 cm /I Do"),
+        {"image 5 [50 0 0 50 -40 -40] page 0"});
     row("outside the crop", page("/I Do", {}, {}, "/CropBox [50 50 200 200]"), {unit + " undrawn"});
     row("form",
         page("2 0 0 2 0 0 cm /F Do", {form("/I Do", "/Matrix [3 0 0 3 1 1] " + ownImage)},

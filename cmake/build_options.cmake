@@ -28,6 +28,8 @@ if(CMAKE_SIZEOF_VOID_P EQUAL 4)
 endif()
 
 if(CORVANE_SANITIZE)
+    # Compilers say it in different ways.
+    target_compile_definitions(corvane_build_options INTERFACE CORVANE_SANITIZE)
     target_compile_options(corvane_build_options INTERFACE
         -fsanitize=address,undefined
         -fno-sanitize-recover=all   # an undefined behaviour ends the test, not just a line of log

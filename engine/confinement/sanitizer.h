@@ -4,7 +4,7 @@ namespace engine {
 
 /// Whether this build has the address sanitizer, which reserves terabytes of address space, takes
 /// more calls than the program does, and can get no memory under a limit of address space.
-#ifdef __SANITIZE_ADDRESS__
+#ifdef CORVANE_SANITIZE
 constexpr bool hasSanitizer = true;
 #else
 constexpr bool hasSanitizer = false;

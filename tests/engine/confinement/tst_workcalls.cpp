@@ -95,7 +95,7 @@ void TestWorkCalls::denied_data()
 
 void TestWorkCalls::denied()
 {
-#ifdef __SANITIZE_ADDRESS__
+#ifdef CORVANE_SANITIZE
     QSKIP("the sanitizer takes more calls");
 #endif
     QFETCH(Attempt, attempt);

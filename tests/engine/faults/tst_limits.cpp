@@ -80,7 +80,7 @@ void TestLimits::fewDescriptors_data()
 // to remove goes with the next run.
 void TestLimits::fewDescriptors()
 {
-#ifdef __SANITIZE_ADDRESS__
+#ifdef CORVANE_SANITIZE
     QSKIP("the sanitizer takes a sound object for a wild one when it has no descriptor for a pipe");
 #endif
     QFETCH(int, descriptors);

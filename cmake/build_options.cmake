@@ -1,6 +1,13 @@
 # Every target of ours links corvane_build_options: one language level, one set of warnings.
 # The presets turn warnings into errors; a distributor's plain build doesn't.
 
+# Parsing Qt's headers takes most of the time in which a test is compiled; the tests' libraries compile
+# them once for all. Every file still includes what it uses, and script/lint reads it so.
+# A compiler cache would keep nothing that precompiled headers went into.
+if(CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_DISABLE_PRECOMPILE_HEADERS ON)
+endif()
+
 option(CORVANE_SANITIZE "Build with the address and undefined behaviour sanitizers" OFF)
 option(CORVANE_FUZZ "Build our own parsers for clang's libFuzzer, with the sanitizers" OFF)
 

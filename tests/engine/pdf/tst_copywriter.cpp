@@ -14,6 +14,7 @@ class TestCopyWriter : public QObject
 private slots:
     void size_data();
     void size();
+    void lineBreaks();
 };
 
 void TestCopyWriter::size_data()
@@ -41,6 +42,22 @@ void TestCopyWriter::size()
     QVERIFY(size >= leastSize && size > 0);
     QCOMPARE(qulonglong(size), qulonglong(engine::writeCopy(document, file.handle(), options)));
     QCOMPARE(qulonglong(size), qulonglong(QFileInfo(file.fileName()).size()));
+}
+
+// PDF/A wants one before each endstream.
+void TestCopyWriter::lineBreaks()
+{
+    parsed::Document document(
+        pdfOf({"<< /Type /Catalog /Pages 2 0 R >>", "<< /Type /Pages /Count 1 /Kids [3 0 R] >>",
+               "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 99 99] /Contents 4 0 R >>",
+               pdfStream({}, "q Q")}));
+    QTemporaryFile file;
+    QVERIFY(file.open());
+    QVERIFY(engine::writeCopy(document, file.handle(), {}) > 0);
+    QVERIFY(file.seek(0));
+    const QByteArray copy = file.readAll();
+    QCOMPARE(copy.count("endstream"), 1);
+    QVERIFY(copy.contains("q Q\nendstream"));
 }
 
 QTEST_GUILESS_MAIN(TestCopyWriter)

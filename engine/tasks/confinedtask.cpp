@@ -27,23 +27,11 @@ std::string answerTo(const std::function<Facts()> &work)
     }
 }
 
-std::vector<int> channelsOf(const std::vector<std::pair<int, int>> &files)
+// It reads and writes what is open, and opens nothing.
+int workConfined(const Limits &limits, const std::function<Facts()> &work)
 {
-    std::vector<int> channels;
-    channels.reserve(files.size());
-    for (const auto &[channel, descriptor] : files)
-        channels.push_back(channel);
-    return channels;
-}
-
-int workConfined(const ConfinedFiles &files, const Limits &limits,
-                 const std::function<Facts()> &work)
-{
-    AccessPolicy policy;
-    policy.readableDescriptors = channelsOf(files.readable);
-    policy.writableDescriptors = channelsOf(files.writable);
     limitOwnMemory(limits.memory);
-    confine(policy);
+    confine({});
     reportProgressTo(reportChannel);
     writeAll(reportChannel, answerTo(work));
     return 0;
@@ -63,9 +51,7 @@ ChildTask taskOf(const ConfinedFiles &files, std::uintmax_t documentSize, const 
     ChildTask task;
     task.channels = files.readable;
     task.channels.insert(task.channels.end(), files.writable.begin(), files.writable.end());
-    task.body = [files, limits, work = std::move(work)] {
-        return workConfined(files, limits, work);
-    };
+    task.body = [limits, work = std::move(work)] { return workConfined(limits, work); };
     task.written = [files] { return bytesIn(files.writable); };
     task.mostWritten = limits.outputFor(documentSize);
     for (const auto &[channel, descriptor] : files.writable)

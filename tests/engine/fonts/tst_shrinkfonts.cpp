@@ -249,6 +249,8 @@ void TestShrinkFonts::staysWhole_data()
         composite(numbers, "/Subtype /CIDFontType2", "/Encoding /UniGB-UCS2-H"));
     row("a map that is none", text("0003"),
         composite(numbers, "/Subtype /CIDFontType2 /CIDToGIDMap /Other"));
+    row("two fonts below one", text("0003"),
+        composite(numbers, "/Subtype /CIDFontType2", identity + " /DescendantFonts [6 0 R 6 0 R]"));
     row("a content that is damaged", b + "BT /F 20 Tf (", letters);
     row("a font that is not there", b + "BT /G 20 Tf (B) Tj ET", letters);
     row("default resources of a form", b, letters,

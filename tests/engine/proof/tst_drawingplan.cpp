@@ -62,6 +62,8 @@ void TestDrawingPlan::largePages()
     QVERIFY(plan[1].resolution > 9 && plan[1].resolution < 10.1);
     QVERIFY(plan[1].mostBytes() < 16'000'000);
     QCOMPARE(drawingPlan({0, 2}, views, 50, 1).size(), std::size_t(2));
+    const auto elsewhere = drawingPlan({0}, {{0, {14000, 14000, 14595, 14842}, 0}}, 50, 1);
+    QCOMPARE(elsewhere[0].resolution, 50.0);
 }
 
 void TestDrawingPlan::manyPages()

@@ -221,6 +221,9 @@ void TestFindings::place_data()
     QTest::newRow("270") << 270 << whole << PixelRectangle{68, 138, 92, 182};
     QTest::newRow("cropped") << 0 << Box{10, 5, 210, 105} << PixelRectangle{8, 73, 52, 97};
     QTest::newRow("crop in it") << 0 << Box{30, 20, 230, 120} << PixelRectangle{0, 88, 32, 100};
+    QTest::newRow("left of the crop") << 0 << Box{300, 0, 500, 100} << PixelRectangle{0, 68, 0, 92};
+    QTest::newRow("right of it, above")
+        << 0 << Box{-300, -200, -100, -100} << PixelRectangle{200, 0, 200, 0};
     QTest::newRow("below zero") << 0 << Box{-40, -20, 160, 80} << PixelRectangle{58, 48, 102, 72};
     QTest::newRow("half the size") << 0 << Box{0, 0, 400, 200} << PixelRectangle{8, 83, 32, 97};
 }

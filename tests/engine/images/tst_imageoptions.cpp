@@ -84,9 +84,9 @@ void TestImageOptions::options_data()
     QTest::addColumn<Sampling>("sampling"); // of gray images
     QTest::addColumn<double>("resolution");
     QTest::addColumn<ImageFilter>("filter");
-    const auto row = [](const QString &line, bool any, Sampling sampling, double resolution,
+    const auto row = [](const QString &line, bool any, Sampling sampling, double dpi,
                         ImageFilter filter = ImageFilter::Any) {
-        QTest::newRow(qPrintable(line)) << line << any << sampling << resolution << filter;
+        QTest::newRow(qPrintable(line)) << line << any << sampling << dpi << filter;
     };
     row({}, false, Sampling::None, 0);
     row(u"-dPDFA -dEmbedAllFonts=true"_s, false, Sampling::None, 0);
@@ -210,11 +210,12 @@ void TestImageOptions::treatment_data()
     row("gray, as colour says", colour + zip, ImageKind::Gray, 900, none, none);
     row("soft mask", gray, ImageKind::SoftMask, 150, Treatment::Here, none);
     row("soft mask, few", gray, ImageKind::SoftMask, 149, none, none);
-    const QString flate = mono + u" -dAutoFilterMonoImages=false -dMonoImageFilter=/FlateEncode"_s;
-    row("bilevel", flate, ImageKind::Bilevel, 450, Treatment::Here, Treatment::Pixels);
-    row("bilevel, few", flate, ImageKind::Bilevel, 449, none, none);
+    const QString deflated =
+        mono + u" -dAutoFilterMonoImages=false -dMonoImageFilter=/FlateEncode"_s;
+    row("bilevel", deflated, ImageKind::Bilevel, 450, Treatment::Here, Treatment::Pixels);
+    row("bilevel, few", deflated, ImageKind::Bilevel, 449, none, none);
     row("bilevel, Auto", mono, ImageKind::Bilevel, 10, Treatment::Here, Treatment::Pixels);
-    QString fax = flate;
+    QString fax = deflated;
     row("bilevel, fax", fax.replace(u"Flate"_s, u"CCITTFax"_s), ImageKind::Bilevel, 10, album,
         album);
     row("no images page", u"-dPDFA"_s, ImageKind::Bilevel, 900, none, none);

@@ -35,7 +35,7 @@ if(CMAKE_SIZEOF_VOID_P EQUAL 4)
 endif()
 
 if(CORVANE_SANITIZE)
-    # Compilers say it in different ways.
+    # GCC has a macro that says it, clang has none.
     target_compile_definitions(corvane_build_options INTERFACE CORVANE_SANITIZE)
     target_compile_options(corvane_build_options INTERFACE
         -fsanitize=address,undefined

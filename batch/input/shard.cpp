@@ -13,7 +13,7 @@ namespace batch {
 
 namespace {
 
-// The range of an int, so that reckoning with two of them can't leave the type's.
+// Numbers are ints, so that sums and differences of two of them fit into 64 bits.
 std::optional<qint64> numberOf(const QString &text)
 {
     bool isNumber = false;

@@ -38,7 +38,7 @@ DraftFiles::DraftFiles(const Run &run, const AlbumStage &album)
 {
 }
 
-DraftOrder DraftFiles::emptyOrder() const
+DraftOrder DraftFiles::orderWithFiles() const
 {
     return {
         .document = documentChannel,

@@ -16,9 +16,9 @@ class DraftFiles
 public:
     DraftFiles(const Run &run, const AlbumStage &album);
 
-    /// An order to make the draft from the document and its album; what is to be done is left to
-    /// the caller.
-    [[nodiscard]] DraftOrder emptyOrder() const;
+    /// An order with the channels of the document, its album and these files; all the rest is as a
+    /// DraftOrder has it by default.
+    [[nodiscard]] DraftOrder orderWithFiles() const;
 
     /// Makes the draft, in place of the one before. Throws a Failure if the document can't be read.
     DraftReport make(const DraftOrder &order);
@@ -26,6 +26,7 @@ public:
     /// The parts that were made smaller. Throws a Failure if the draft was not made well.
     [[nodiscard]] std::vector<TouchedPart> touched() const;
 
+    /// The open draft; takeDraft() leaves none behind.
     [[nodiscard]] int draft() const { return m_draft.get(); }
     Descriptor takeDraft() { return std::move(m_draft); }
 

@@ -17,7 +17,7 @@ DraftStage::DraftStage(const Run &run, const AlbumStage &album)
 DraftOrder DraftStage::orderFor(Effort effort, const std::set<int> &excluded) const
 {
     const CopyOptions &options = m_run.request.options;
-    DraftOrder order = m_files.emptyOrder();
+    DraftOrder order = m_files.orderWithFiles();
     order.images = imageOptionsOf(m_run.request.switches);
     order.fonts = {.subset = options.subsetFonts, .compress = options.compressedFonts};
     order.lossless = {.standard = {}, .compressFonts = options.compressedFonts};

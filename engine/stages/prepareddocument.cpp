@@ -14,7 +14,7 @@ constexpr int mostTries = 2;
 // Returns the number of images that were made smaller.
 int prepare(const Run &run, DraftFiles &files, bool withImages, const std::set<int> &excluded)
 {
-    DraftOrder order = files.emptyOrder();
+    DraftOrder order = files.orderWithFiles();
     order.images = bilevelAlone(imageOptionsOf(run.request.switches));
     order.excluded = excluded;
     order.withParts = withImages;

@@ -27,7 +27,7 @@ ChildResult runConfined(const Run &run, const ConfinedFiles &files, std::functio
 /// had something to object, or did not end well.
 Facts answerOf(const ChildResult &result, const std::string &document);
 
-/// Both in one.
+/// What answerOf() says of runConfined().
 Facts factsFrom(const Run &run, const ConfinedFiles &files, std::function<Facts()> work);
 
 /// The failure of a run whose child ended without a usable answer.

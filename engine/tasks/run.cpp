@@ -8,6 +8,7 @@ namespace engine {
 
 namespace {
 
+// A mark has a few lines.
 constexpr std::uintmax_t mostOfMark = std::uintmax_t(1) << 20;
 
 } // namespace

@@ -26,7 +26,7 @@ struct Run
 };
 
 /// The text of the document information mark; empty without one. Throws a Failure if it is longer
-/// than any that says something about a document.
+/// than 1 MiB.
 std::string markText(const Run &run);
 
 } // namespace engine

@@ -70,7 +70,7 @@ private slots:
     void noStubOfAFifo();
     void markIsWritten();
     void brokenMarkFails();
-    void endlessMarkFails();
+    void tooLongMarkFails();
     void passThrough();
     void passThroughTakesAnyOutput();
     void ghostscriptsStatus();
@@ -169,7 +169,7 @@ void TestCopies::brokenMarkFails()
 }
 
 // Only a mistake can have put such a file in the mark's place.
-void TestCopies::endlessMarkFails()
+void TestCopies::tooLongMarkFails()
 {
     Bench bench;
     write(bench.in(u"a.pdf"_s), samplePdf());

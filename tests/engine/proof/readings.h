@@ -13,6 +13,7 @@
 /// The level of one channel of a pixel: x, y, channel. What lies outside of 0 to 255 is cut off.
 using Level = std::function<int(int, int, int)>;
 
+/// A drawn page of this width and height, in pixels.
 inline engine::Picture drawing(const Level &level, int width, int height)
 {
     engine::Picture picture{.width = width, .height = height, .samples = {}};
@@ -25,6 +26,7 @@ inline engine::Picture drawing(const Level &level, int width, int height)
     return picture;
 }
 
+/// The same as pdftoppm writes it.
 inline QByteArray asPpm(const engine::Picture &picture)
 {
     return "P6\n" + QByteArray::number(picture.width) + ' ' + QByteArray::number(picture.height) +

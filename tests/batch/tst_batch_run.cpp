@@ -330,7 +330,8 @@ void TestBatchRun::listFromStandardInput()
                               m_sandbox->addInput("c \"d\".pdf") + QChar('\0'))
                                  .toUtf8();
     QProcess process;
-    const QStringList arguments = {"--output", m_sandbox->outputFolder(), "--files0-from", "-"};
+    const QStringList arguments = {
+        "--output", m_sandbox->outputFolder(), "--files0-from", "-", "--jobs", "1"};
     QCOMPARE(tools::run(process, FAKE_BATCH, arguments, names).status, 0);
     QCOMPARE(m_sandbox->outputs(), QStringList({"a\nb.pdf", "c \"d\".pdf"}));
     QCOMPARE(m_engine->inputs(), QStringList({"a\nb", "c \"d\""}));
